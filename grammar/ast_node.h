@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <iosfwd>
+#include <string>
+#include <vector>
+
+#include "grammar/endianness_conversion.h"
+
+// A node of the tree that reads calibration text. Groups (AstRoot, AstPrefix) lead to parameters
+// (AstParam), each with its equal sign (AstEqual) and its value (AstValue).
+//
+// A parent owns its children through shared pointers, and no node knows its parent. The virtual
+// functions keep this order in every class. Nothing here may be used by two threads at once.
+class AstNode {
+ public:
+  // `name` is the literal text that the node matches, `depth` the number of blanks before it in
+  // print.
+  AstNode(const std::string& name, int depth);
+  AstNode(const AstNode&) = delete;
+  AstNode& operator=(const AstNode&) = delete;
+
+  // Reads from the stream's position. True when the node matched and stored a value; false when it
+  // did not match, and then the caller restores the stream. Throws std::invalid_argument
+  // ("Expected value", "Unexpected value") for a number or value that cannot be read.
+  virtual bool parse(std::istream& input) = 0;
+
+  // The class's name without template arguments.
+  virtual std::string getClass() const;
+
+  // Writes the node and what is below it as indented text. Leaves the stream in hexadecimal mode
+  // once it has printed a number.
+  virtual void print(std::ostream& out) const;
+
+  // Appends the node's tags and values to `out` and returns the number of bytes appended.
+  virtual size_t serialize(std::vector<uint8_t>& out, EndiannessConversion conversion) const = 0;
+
+  // Copies every value that was read into the record field bound to it.
+  virtual void toBuffer(EndiannessConversion conversion);
+
+  // Appends the full name of each parameter without a value to `missing`, and returns true when
+  // there is none. `path` holds the names of the enclosing groups.
+  virtual bool validate(std::vector<std::string>& missing, std::vector<std::string> path);
+
+  virtual ~AstNode();
+
+ protected:
+  // Reads exactly as many characters as the name has; true when they are the name.
+  bool readName(std::istream& input) const;
+
+  // Reads the name and, if it is there, lets `child` read what follows.
+  bool parseNameThen(AstNode& child, std::istream& input) const;
+
+  // Writes the blanks before the node's line, then the name.
+  void printName(std::ostream& out) const;
+
+  const std::string name;
+  const int32_t depth;
+};

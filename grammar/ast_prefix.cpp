@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "grammar/ast_prefix.h"
+
+#include <android/log.h>
+
+#include <istream>
+#include <ostream>
+#include <stdexcept>
+
+#include "grammar/extract_byte.h"
+
+namespace {
+
+void readGroupNumber(std::istream& input) {
+  uint8_t number = 0;
+  if (extractByte(input >> std::dec, number)) return;
+  // The log says "Value", the exception "value". Both are relied upon as they stand.
+  __android_log_print(ANDROID_LOG_ERROR, nullptr, "Expected Value");
+  throw std::invalid_argument("Expected value");
+}
+
+}  // namespace
+
+AstPrefix::AstPrefix(const std::string& name, std::optional<uint8_t> id, int depth,
+                     const std::initializer_list<std::shared_ptr<AstNode>>& children, uint8_t tag)
+    : AstNode(name, depth), tag(tag), id(id), children(children) {}
+
+AstPrefix::~AstPrefix() = default;
+
+bool AstPrefix::parse(std::istream& input) {
+  if (!readName(input)) return false;
+  // Any number matches: the first group of this name takes the line.
+  if (id.has_value()) readGroupNumber(input);
+  if (input.get() != '.') return false;
+  return parseChildren(input);
+}
+
+bool AstPrefix::parseChildren(std::istream& input) {
+  const std::istream::pos_type start = input.tellg();
+  for (const std::shared_ptr<AstNode>& child : children) {
+    if (child->parse(input)) return true;
+    input.clear();
+    input.seekg(start);
+  }
+  return false;
+}
+
+std::string AstPrefix::getClass() const {
+  return "AstPrefix";
+}
+
+void AstPrefix::print(std::ostream& out) const {
+  printName(out);
+  // A number printed before has left the stream in hexadecimal mode.
+  if (id.has_value()) out << std::dec << unsigned{*id};
+  for (const std::shared_ptr<AstNode>& child : children) {
+    out << "\n";
+    child->print(out);
+  }
+}
+
+size_t AstPrefix::serialize(std::vector<uint8_t>& out, EndiannessConversion conversion) const {
+  size_t count = 1;
+  out.push_back(tag);
+  if (id.has_value()) {
+    ++count;
+    out.push_back(*id);
+  }
+  count += serializeChildren(out, conversion);
+  __android_log_print(ANDROID_LOG_INFO, nullptr, "AstPrefix::serialize() %s %s\n", name.c_str(),
+                      std::to_string(count).c_str());
+  return count;
+}
+
+size_t AstPrefix::serializeChildren(std::vector<uint8_t>& out,
+                                    EndiannessConversion conversion) const {
+  size_t count = 0;
+  for (const std::shared_ptr<AstNode>& child : children) {
+    count += child->serialize(out, conversion);
+  }
+  return count;
+}
+
+void AstPrefix::toBuffer(EndiannessConversion conversion) {
+  for (const std::shared_ptr<AstNode>& child : children) child->toBuffer(conversion);
+}
+
+bool AstPrefix::validate(std::vector<std::string>& missing, std::vector<std::string> path) {
+  // The number of a group is never part of a path.
+  path.push_back(name);
+  return validateChildren(missing, path);
+}
+
+bool AstPrefix::validateChildren(std::vector<std::string>& missing,
+                                 const std::vector<std::string>& path) {
+  bool complete = true;
+  for (const std::shared_ptr<AstNode>& child : children) {
+    if (!child->validate(missing, path)) complete = false;
+  }
+  return complete;
+}

@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <optional>
+
+#include "grammar/ast_node.h"
+
+// The value of a parameter: a number of 8, 16 or 32 bits, or one word.
+//
+// Numbers are read as the language's streams read them: 0x or 0X introduces hexadecimal, a leading
+// 0 octal, anything else is decimal. What follows the value is never looked at.
+template <typename T>
+class AstValue : public AstNode {
+ public:
+  AstValue(const std::string& name, int depth);
+
+  // Stores the value, over an earlier one. Throws std::invalid_argument("Unexpected value") when
+  // there is none or it does not fit.
+  bool parse(std::istream& input) override;
+  std::string getClass() const override;
+  void print(std::ostream& out) const override;
+  // A text is written as to_bytes writes it: the bytes of the string object.
+  size_t serialize(std::vector<uint8_t>& out, EndiannessConversion conversion) const override;
+  ~AstValue() override;
+
+  // Empty until a line supplies the value.
+  std::optional<T> value;
+};
+
+extern template class AstValue<uint8_t>;
+extern template class AstValue<uint16_t>;
+extern template class AstValue<uint32_t>;
+extern template class AstValue<std::string>;

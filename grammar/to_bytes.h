@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "grammar/endianness_conversion.h"
+
+// Appends the bytes of the object `value` to `out` and returns their number, sizeof(T): from the
+// last to the first for SwapBytes, from the first to the last for any other conversion.
+//
+// For a std::string these are the bytes of the string object itself, not its characters (12 on the
+// 32-bit device). Readers of the stream rely on the fixed width.
+template <typename T>
+size_t to_bytes(const T& value, std::vector<uint8_t>& out, EndiannessConversion conversion) {
+  const auto* const first = reinterpret_cast<const uint8_t*>(&value);
+  if (conversion == EndiannessConversion::SwapBytes) {
+    for (size_t i = sizeof(T); i > 0; --i) out.push_back(first[i - 1]);
+  } else {
+    out.insert(out.end(), first, first + sizeof(T));
+  }
+  return sizeof(T);
+}
