@@ -1,0 +1,55 @@
+# SPDX-License-Identifier: Apache-2.0
+# What the scripts of this folder share. To be sourced, from the project's root.
+
+fail() {
+  echo "${0##*/}: $*" >&2
+  exit 2
+}
+
+# Runs a command as root: as it is, or through sudo.
+as_root() {
+  if [ "$(id -u)" = 0 ]; then
+    "$@"
+  elif command -v sudo >/dev/null; then
+    sudo "$@"
+  else
+    fail "needs root or sudo to install packages"
+  fi
+}
+
+# Installs those of the named Debian packages that are missing. Does nothing, and asks nobody, when
+# none is.
+install_packages() {
+  local missing=() package
+  for package in "$@"; do
+    dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null | grep -qx installed ||
+      missing+=("$package")
+  done
+  [ ${#missing[@]} = 0 ] && return
+  command -v apt-get >/dev/null || fail "needs ${missing[*]}; install them and run this again"
+  echo "Installing ${missing[*]}"
+  as_root apt-get update -q >/dev/null || fail "cannot read the package lists"
+  as_root env DEBIAN_FRONTEND=noninteractive apt-get install -q -y --no-install-recommends \
+    "${missing[@]}" >/dev/null || fail "cannot install ${missing[*]}"
+}
+
+# Configures (once) and builds the preset $1, with the targets that follow or all.
+build_preset() {
+  local preset=$1
+  shift
+  [ -f "build/$preset/build.ninja" ] || quietly cmake --preset "$preset"
+  quietly cmake --build "build/$preset" ${@:+--target "$@"}
+}
+
+# Runs a command and shows its output only when it fails.
+quietly() {
+  local log status=0
+  log=$(mktemp)
+  "$@" >"$log" 2>&1 || status=$?
+  if [ $status != 0 ]; then
+    cat "$log" >&2
+    echo "${0##*/}: '$*' failed" >&2
+  fi
+  rm -f "$log"
+  return $status
+}
