@@ -168,18 +168,18 @@ class Schema:
     """The keys of one pass, in the order of the report, and the values read so far."""
 
     def __init__(self, kinds):
-        self._kinds = kinds  # key -> number of bits, or None for a word
+        self.kinds = kinds  # key -> number of bits, or None for a word
         self._starts = tuple(key + b"=" for key in kinds)
         self.values = {}
 
     def missing(self):
-        return [key for key in self._kinds if key not in self.values]
+        return [key for key in self.kinds if key not in self.values]
 
     def store(self, line, stdlib):
         """Gives a line to the first key that it begins with; a line of no key is dropped."""
         if not line.startswith(self._starts):
             return
-        for key, bits in self._kinds.items():
+        for key, bits in self.kinds.items():
             if line.startswith(key + b"="):
                 text = line[len(key) + 1 :]
                 value = read_word(text) if bits is None else read_number(text, bits, stdlib)
@@ -297,7 +297,7 @@ class Invalid(Exception):
 
 
 class Load:
-    """One call with a buffer of `capacity` bytes: `result`, `written` and `log` tell what it does."""
+    """One call with a buffer of `capacity` bytes, told by `result`, `written` and `log`."""
 
     def __init__(self, tree, properties, capacity, stdlib="libstdc++"):
         self._tree = tree

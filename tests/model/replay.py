@@ -13,6 +13,7 @@ tab; every byte outside 0x20..0x7e and the backslash is written as \\xNN.
 import os
 import re
 import subprocess
+import tempfile
 from dataclasses import dataclass, field
 
 import calibration_model
@@ -74,15 +75,29 @@ def parse_answers(output):
     return answers
 
 
-def run(program, commands):
-    """Gives the commands to a new process of the program; returns the answers and how it ended."""
-    text = "".join(command + "\n" for command in commands)
-    process = subprocess.run(program, input=text.encode("ascii"), capture_output=True, check=False)
-    trouble = ""
-    if process.returncode != 0:
-        trouble = f"{program[0]} ended with {process.returncode}: "
-        trouble += process.stderr.decode(errors="replace")
-    return parse_answers(process.stdout), trouble
+class Run:
+    """A process of the program that works through the commands while the caller goes on."""
+
+    def __init__(self, program, commands):
+        self._name = program[0]
+        self._output = tempfile.TemporaryFile()
+        self._errors = tempfile.TemporaryFile()
+        with tempfile.TemporaryFile() as file:
+            file.write("".join(command + "\n" for command in commands).encode("ascii"))
+            file.seek(0)
+            self._process = subprocess.Popen(
+                program, stdin=file, stdout=self._output, stderr=self._errors
+            )
+
+    def finish(self):
+        """The answers, and what went wrong with the program; empty when nothing did."""
+        code = self._process.wait()
+        with self._output, self._errors:
+            self._output.seek(0)
+            self._errors.seek(0)
+            answers = parse_answers(self._output.read())
+            errors = self._errors.read().decode(errors="replace")
+        return answers, f"{self._name} ended with {code}\n{errors}" if code else ""
 
 
 def predict(commands, stdlib):

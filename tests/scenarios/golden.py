@@ -87,7 +87,7 @@ def check(name, program):
     trouble = ""
     found = predictions(commands)
     if program:
-        answers, trouble = replay.run(program, commands)
+        answers, trouble = replay.Run(program, commands).finish()
         found["library"] = files_from(answers)
     differences = [difference(name, files, whose) for whose, files in found.items()]
     report = [text for text in [*differences, trouble] if text]
