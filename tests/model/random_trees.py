@@ -127,6 +127,7 @@ class TreeMaker:
         self._draw = source.random
         self._source = source
         self._harm = harm
+        self._bad_selectors = self._goes_wrong(0.08)
         self.tree = Tree()
 
     # Drawing
@@ -161,11 +162,11 @@ class TreeMaker:
     def _number(self, key, bits):
         if key.endswith(b".selector_gpio"):
             number = 6 + int(self._draw() * 2)
-            if self._goes_wrong(0.05):
+            if self._bad_selectors and self._chance(0.4):
                 number = self._pick((0, 5, 8, 255))
         elif key.endswith(b".selector_gpio_value"):
             number = int(self._draw() * 2)
-            if self._goes_wrong(0.05):
+            if self._bad_selectors and self._chance(0.4):
                 number = self._pick((2, 3, 255))
         elif self._chance(0.3):
             largest = (1 << bits) - 1
