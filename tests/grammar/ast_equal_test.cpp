@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "grammar/ast_equal.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+
+#include "tests/grammar/nodes.h"
+#include "tests/support/any_stream.h"
+#include "tests/support/byte_order.h"
+#include "tests/support/log_capture.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class AstEqualParse : public AnyStream {
+ protected:
+  void SetUp() override { takeLog(); }
+};
+
+INSTANTIATE_TEST_SUITE_P(Streams, AstEqualParse, kAllStreams);
+
+TEST_P(AstEqualParse, ValueFollowsTheEqualSign) {
+  AstEqual<uint8_t> byte(0);
+  EXPECT_TRUE(byte.parse(*stream("=5")));
+  EXPECT_EQ(byte.value(), 5);
+  AstEqual<uint16_t> half(0);
+  EXPECT_TRUE(half.parse(*stream("= 0x10")));
+  EXPECT_EQ(half.value(), 16);
+  AstEqual<uint32_t> whole(0);
+  EXPECT_TRUE(whole.parse(*stream("=\t010")));
+  EXPECT_EQ(whole.value(), 8U);
+  AstEqual<std::string> word(0);
+  EXPECT_TRUE(word.parse(*stream("==a b")));
+  EXPECT_EQ(word.value(), "=a");
+}
+
+TEST_P(AstEqualParse, NothingElseMatches) {
+  for (const char* text : {"", "5", " =5", "\t=5", ":5", "-=5"}) {
+    AstEqual<uint8_t> node(0);
+    EXPECT_FALSE(node.parse(*stream(text))) << text;
+    EXPECT_EQ(node.value(), std::nullopt);
+  }
+  EXPECT_THAT(takeLog(), IsEmpty());
+}
+
+TEST_P(AstEqualParse, TakesOneCharacter) {
+  AstEqual<uint8_t> node(0);
+  const auto input = stream("x=5");
+  EXPECT_FALSE(node.parse(*input));
+  EXPECT_TRUE(node.parse(*input));
+}
+
+TEST_P(AstEqualParse, BadValueThrows) {
+  AstEqual<uint8_t> node(0);
+  EXPECT_THROW(node.parse(*stream("==5")), std::invalid_argument);
+  EXPECT_THAT(takeLog(), ElementsAre(error("Unexpected_value\n")));
+}
+
+TEST(AstEqual, PrintsItsValueOnly) {
+  AstEqual<uint8_t> node(3);
+  EXPECT_EQ(printed(node), " = <undefined>");
+  std::istringstream input("=26");
+  node.parse(input);
+  EXPECT_EQ(printed(node), " = 26 (0x1a)");
+}
+
+TEST(AstEqual, SerializesItsValueOnly) {
+  AstEqual<uint16_t> node(0);
+  Bytes out = {0xEE};
+  EXPECT_EQ(node.serialize(out, kSwapBytes), 0U);
+  std::istringstream input("=0x1122");
+  node.parse(input);
+  EXPECT_EQ(node.serialize(out, kSwapBytes), 2U);
+  EXPECT_EQ(out, joined({{0xEE}, inReversedHostOrder({0x11, 0x22})}));
+  EXPECT_EQ(serialized(node, kNoConversion), inHostOrder({0x11, 0x22}));
+  EXPECT_EQ(serialized(node, kNeither), inHostOrder({0x11, 0x22}));
+}
+
+TEST(AstEqual, IsNeitherMissingNorWritten) {
+  AstEqual<uint8_t> node(0);
+  Names missing;
+  EXPECT_TRUE(node.validate(missing, {"group"}));
+  EXPECT_THAT(missing, IsEmpty());
+  node.toBuffer(kSwapBytes);
+  EXPECT_EQ(node.value(), std::nullopt);
+}
+
+}  // namespace

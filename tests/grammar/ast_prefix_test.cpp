@@ -1,0 +1,328 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "grammar/ast_prefix.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+
+#include "tests/grammar/nodes.h"
+#include "tests/support/any_stream.h"
+#include "tests/support/byte_order.h"
+#include "tests/support/log_capture.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class AstPrefixParse : public AnyStream {
+ protected:
+  void SetUp() override { takeLog(); }
+
+  // What a group `grp` with a number makes of a line.
+  static bool numberMatches(const std::string& text) {
+    uint8_t port = 0;
+    return numberedGroup("grp", 0, {param("port", &port)})->parse(*stream(text));
+  }
+
+  static std::string numberError(const std::string& text) {
+    try {
+      numberMatches(text);
+      return "no error";
+    } catch (const std::invalid_argument& e) {
+      return e.what();
+    }
+  }
+
+  uint8_t first = 0;
+  uint8_t second = 0;
+};
+
+INSTANTIATE_TEST_SUITE_P(Streams, AstPrefixParse, kAllStreams);
+
+TEST_P(AstPrefixParse, NameAndDotLeadToTheChildren) {
+  const auto node = group("ch5", {param("port", &first)});
+  EXPECT_TRUE(node->parse(*stream("ch5.port=7")));
+  EXPECT_EQ(printed(*node), "ch5\nport = 7 (0x7)");
+  EXPECT_THAT(takeLog(), IsEmpty());
+}
+
+TEST_P(AstPrefixParse, NothingElseMatches) {
+  const auto node = group("ch5", {param("port", &first)});
+  for (const char* text : {"", "c", "ch", "ch5", "ch5.", "ch5port=7", "ch5,port=7", "ch5 .port=7",
+                           "ch5. port=7", " ch5.port=7", "ch9.port=7", "CH5.port=7", "ch5..port=7",
+                           "ch55.port=7", "ch50.port=7", "ch5.ports=7", "ch5.port", "ch5.port7"}) {
+    EXPECT_FALSE(node->parse(*stream(text))) << text;
+  }
+  EXPECT_THAT(missingIn(*node), ElementsAre("ch5.port"));
+  EXPECT_THAT(takeLog(), IsEmpty());
+}
+
+TEST_P(AstPrefixParse, GroupWithoutChildrenTakesNothing) {
+  EXPECT_FALSE(group("ch5", {})->parse(*stream("ch5.port=7")));
+  EXPECT_FALSE(group("ch5", {})->parse(*stream("ch5.")));
+}
+
+TEST_P(AstPrefixParse, NameMayBeEmpty) {
+  const auto node = group("", {param("port", &first)});
+  EXPECT_FALSE(node->parse(*stream("port=7")));
+  EXPECT_TRUE(node->parse(*stream(".port=7")));
+}
+
+TEST_P(AstPrefixParse, NulCharactersOfANameMustBeInTheText) {
+  const std::string name("ch\0\0", 4);
+  const auto node = group(name, {param("port", &first)});
+  EXPECT_FALSE(node->parse(*stream("ch")));
+  EXPECT_FALSE(node->parse(*stream("ch.port=7")));
+  EXPECT_TRUE(node->parse(*stream(name + ".port=7")));
+}
+
+TEST_P(AstPrefixParse, ChildrenAreTriedInOrder) {
+  const auto node = group("g", {param("a", &first), param("b", &second)});
+  EXPECT_TRUE(node->parse(*stream("g.b=2")));
+  EXPECT_TRUE(node->parse(*stream("g.a=1")));
+  EXPECT_EQ(printed(*node), "g\na = 1 (0x1)\nb = 2 (0x2)");
+}
+
+TEST_P(AstPrefixParse, FirstOfTwoEqualChildrenTakesTheLine) {
+  const auto node = group("g", {param("a", &first), param("a", &second)});
+  EXPECT_TRUE(node->parse(*stream("g.a=1")));
+  EXPECT_TRUE(node->parse(*stream("g.a=2")));
+  EXPECT_EQ(printed(*node), "g\na = 2 (0x2)\na = <undefined>");
+}
+
+// The first child's name is longer than the rest of the line, so reading it meets the end.
+TEST_P(AstPrefixParse, LaterChildIsTriedAfterTheEndOfTheStreamWasMet) {
+  const auto node = group("g", {param("a_name_longer_than_the_line", &first), param("a", &second)});
+  EXPECT_TRUE(node->parse(*stream("g.a=1")));
+  EXPECT_EQ(printed(*node), "g\na_name_longer_than_the_line = <undefined>\na = 1 (0x1)");
+}
+
+TEST_P(AstPrefixParse, StreamStandsAtTheChildrenWhenNoneMatches) {
+  const auto node = group("g", {param("a_name_longer_than_the_line", &first)});
+  const auto input = stream("g.b=1");
+  EXPECT_FALSE(node->parse(*input));
+  EXPECT_TRUE(input->good());
+  EXPECT_EQ(input->get(), 'b');
+}
+
+TEST_P(AstPrefixParse, StreamStandsBehindTheValueWhenOneMatches) {
+  const auto node = group("g", {param("a", &first), param("b", &second)});
+  const auto input = stream("g.a=1 x");
+  EXPECT_TRUE(node->parse(*input));
+  EXPECT_EQ(input->get(), ' ');
+}
+
+TEST_P(AstPrefixParse, GroupsNest) {
+  const auto node = group("ant0", {group("ch5", {group("prf64", {param("pg_delay", &first)})}),
+                                   param("port", &second)});
+  EXPECT_TRUE(node->parse(*stream("ant0.ch5.prf64.pg_delay=3")));
+  EXPECT_TRUE(node->parse(*stream("ant0.port=4")));
+  EXPECT_FALSE(node->parse(*stream("ant0.ch5.port=4")));
+  EXPECT_FALSE(node->parse(*stream("ant0.prf64.pg_delay=4")));
+  node->toBuffer(kSwapBytes);
+  EXPECT_EQ(first, 3);
+  EXPECT_EQ(second, 4);
+}
+
+TEST_P(AstPrefixParse, AnyNumberFrom0To255FollowsTheNameOfAGroupWithAnId) {
+  for (const char* number :
+       {"0", "1", "7", "12", "254", "255", "00", "08", "0255", "+7", " 7", "\t7"}) {
+    EXPECT_TRUE(numberMatches("grp" + std::string(number) + ".port=1")) << number;
+  }
+  EXPECT_THAT(takeLog(), IsEmpty());
+}
+
+TEST_P(AstPrefixParse, GroupWithAnIdNeedsANumber) {
+  for (const char* number : {"", ".", "x", "-", " ", "256", "257", "0377", "0400", "65535", "65536",
+                             "65537", "4294967296", "4294967297", "18446744073709551617", "-1"}) {
+    EXPECT_EQ(numberError("grp" + std::string(number) + ".port=1"), "Expected value") << number;
+    EXPECT_THAT(takeLog(), ElementsAre(error("Expected Value"))) << number;
+  }
+  EXPECT_EQ(numberError("grp"), "Expected value");
+  EXPECT_THAT(takeLog(), ElementsAre(error("Expected Value")));
+}
+
+TEST_P(AstPrefixParse, DotFollowsTheNumber) {
+  for (const char* text : {"grp7", "grp7port=1", "grp7 .port=1", "grp7,port=1", "grp7=1"}) {
+    EXPECT_FALSE(numberMatches(text)) << text;
+  }
+  EXPECT_THAT(takeLog(), IsEmpty());
+}
+
+TEST_P(AstPrefixParse, NumberOfAGroupIsDecimal) {
+  EXPECT_FALSE(numberMatches("grp0x7.port=1"));
+  EXPECT_FALSE(numberMatches("grp1f.port=1"));
+  EXPECT_TRUE(numberMatches("grp09.port=1"));
+  EXPECT_THAT(takeLog(), IsEmpty());
+}
+
+TEST_P(AstPrefixParse, BaseOfTheStreamDoesNotMatter) {
+  for (const auto base : {std::ios_base::hex, std::ios_base::oct, std::ios_base::fmtflags{}}) {
+    const auto input = stream("grp199.port=010");
+    input->setf(base, std::ios_base::basefield);
+    const auto node = numberedGroup("grp", 0, {param("port", &first)});
+    EXPECT_TRUE(node->parse(*input));
+    EXPECT_EQ(printed(*node), "grp0\nport = 8 (0x8)");
+    const auto large = stream("grp0300.port=1");
+    large->setf(base, std::ios_base::basefield);
+    EXPECT_THROW(node->parse(*large), std::invalid_argument);
+  }
+}
+
+TEST_P(AstPrefixParse, GroupWithoutAnIdTakesNoNumber) {
+  EXPECT_FALSE(group("grp", {param("port", &first)})->parse(*stream("grp7.port=1")));
+}
+
+TEST_P(AstPrefixParse, ExceptionOfAChildPasses) {
+  const auto node = group("g", {param("a", &first), param("a", &second)});
+  EXPECT_THROW(node->parse(*stream("g.a=256")), std::invalid_argument);
+  EXPECT_THAT(takeLog(), ElementsAre(error("Unexpected_value\n")));
+  EXPECT_THAT(missingIn(*node), ElementsAre("g.a", "g.a"));
+}
+
+TEST(AstPrefixPrint, ChildrenFollowOnLinesOfTheirOwn) {
+  uint8_t port = 0;
+  uint8_t gpio = 0;
+  const auto node =
+      numberedGroup("grp", 0, {param("port", &port, {}, 1), param("selector_gpio", &gpio, {}, 1)});
+  std::istringstream input("grp0.port=26");
+  EXPECT_TRUE(node->parse(input));
+  EXPECT_EQ(printed(*node),
+            "grp0\n"
+            " port = 26 (0x1a)\n"
+            " selector_gpio = <undefined>");
+}
+
+TEST(AstPrefixPrint, LineOfItsOwnHasDepthNameAndNumber) {
+  EXPECT_EQ(printed(AstPrefix("ch5", std::nullopt, 2, {}, 10)), "  ch5");
+  EXPECT_EQ(printed(AstPrefix("grp", 255, 1, {}, 10)), " grp255");
+  EXPECT_EQ(printed(AstPrefix("", std::nullopt, 0, {}, 10)), "");
+}
+
+TEST(AstPrefixPrint, NumberIsDecimalAfterAHexadecimalValue) {
+  uint8_t port = 0;
+  const auto node =
+      group("g", {param("port", &port), numberedGroup("grp", 200, {param("port", &port)})});
+  std::istringstream input("g.port=31");
+  EXPECT_TRUE(node->parse(input));
+  EXPECT_EQ(printed(*node), "g\nport = 31 (0x1f)\ngrp200\nport = <undefined>");
+}
+
+TEST(AstPrefixPrint, SeveralValuesInARow) {
+  uint8_t byte = 0;
+  uint16_t half = 0;
+  uint32_t whole = 0;
+  std::string word;
+  const auto node =
+      group("g", {param("a", &byte), param("b", &half), param("c", &whole), param("d", &word)});
+  for (const char* line : {"g.a=10", "g.b=4096", "g.c=0xabcdef", "g.d=ant0"}) {
+    std::istringstream input(line);
+    EXPECT_TRUE(node->parse(input));
+  }
+  EXPECT_EQ(printed(*node),
+            "g\na = 10 (0xa)\nb = 4096 (0x1000)\nc = 11259375 (0xabcdef)\nd = ant0");
+}
+
+TEST(AstPrefixValidate, NamesOfGroupsLeadToTheParameter) {
+  uint32_t power = 0;
+  const auto node = group("ch5", {group("prf64", {param("tx_power", &power)})});
+  Names missing;
+  EXPECT_FALSE(node->validate(missing, {}));
+  EXPECT_FALSE(node->validate(missing, {"ant0"}));
+  EXPECT_THAT(missing, ElementsAre("ch5.prf64.tx_power", "ant0.ch5.prf64.tx_power"));
+}
+
+TEST(AstPrefixValidate, NumberIsNoPartOfThePath) {
+  uint8_t port = 0;
+  const auto node = group("g", {numberedGroup("grp", 0, {param("port", &port)}),
+                                numberedGroup("grp", 1, {param("port", &port)})});
+  EXPECT_THAT(missingIn(*node), ElementsAre("g.grp.port", "g.grp.port"));
+}
+
+TEST(AstPrefixValidate, EveryChildIsAsked) {
+  uint8_t target = 0;
+  const auto node = group("g", {param("a", &target), param("b", &target), param("c", &target)});
+  EXPECT_THAT(missingIn(*node), ElementsAre("g.a", "g.b", "g.c"));
+  std::istringstream input("g.c=1");
+  node->parse(input);
+  Names missing;
+  EXPECT_FALSE(node->validate(missing, {}));
+  EXPECT_THAT(missing, ElementsAre("g.a", "g.b"));
+}
+
+TEST(AstPrefixValidate, GroupPathEndsWithItsGroup) {
+  uint8_t target = 0;
+  const auto node = group("g", {group("h", {param("a", &target)}), param("b", &target)});
+  EXPECT_THAT(missingIn(*node), ElementsAre("g.h.a", "g.b"));
+}
+
+TEST(AstPrefixValidate, CompleteOrEmptyGroupLacksNothing) {
+  uint8_t target = 0;
+  const auto node = group("g", {param("a", &target)});
+  std::istringstream input("g.a=1");
+  node->parse(input);
+  Names missing;
+  EXPECT_TRUE(node->validate(missing, {}));
+  EXPECT_TRUE(group("g", {})->validate(missing, {}));
+  EXPECT_THAT(missing, IsEmpty());
+}
+
+TEST(AstPrefixToBuffer, ReachesEveryChild) {
+  uint16_t half = 0;
+  uint32_t whole = 0;
+  uint8_t untouched = 9;
+  const auto node =
+      group("g", {param("a", &half), group("h", {param("b", &whole)}), param("c", &untouched)});
+  for (const char* line : {"g.a=0x1122", "g.h.b=0x11223344"}) {
+    std::istringstream input(line);
+    EXPECT_TRUE(node->parse(input));
+  }
+  node->toBuffer(kNoConversion);
+  EXPECT_EQ(half, 0x1122);
+  EXPECT_EQ(whole, 0x11223344U);
+  node->toBuffer(kSwapBytes);
+  EXPECT_EQ(half, 0x2211);
+  EXPECT_EQ(whole, 0x44332211U);
+  EXPECT_EQ(untouched, 9);
+}
+
+TEST(AstPrefixSerialize, TagThenIdThenChildren) {
+  uint16_t half = 0;
+  uint8_t byte = 0;
+  const AstPrefix node("grp", 7, 0, {param("a", &half, 3), param("b", &byte)}, 10);
+  Bytes out = {0xEE};
+  takeLog();
+  EXPECT_EQ(node.serialize(out, kSwapBytes), 3U);
+  EXPECT_EQ(out, (Bytes{0xEE, 10, 7, 3}));
+  EXPECT_THAT(takeLog(), ElementsAre(info("AstPrefix::serialize() grp 3\n")));
+}
+
+TEST(AstPrefixSerialize, WithoutAnIdChildrenFollowTheTag) {
+  uint16_t half = 0;
+  uint8_t byte = 0;
+  AstPrefix node("g", std::nullopt, 0, {param("a", &half, 3), param("b", &byte)}, 10);
+  for (const char* line : {"g.a=0x1122", "g.b=0x33"}) {
+    std::istringstream input(line);
+    EXPECT_TRUE(node.parse(input));
+  }
+  takeLog();
+  EXPECT_EQ(serialized(node, kSwapBytes),
+            joined({{10, 3}, inReversedHostOrder({0x11, 0x22}), {0x33}}));
+  EXPECT_THAT(takeLog(), ElementsAre(info("AstPrefix::serialize() g 5\n")));
+  EXPECT_EQ(serialized(node, kNoConversion), joined({{10, 3}, inHostOrder({0x11, 0x22}), {0x33}}));
+  EXPECT_EQ(serialized(node, kNeither), joined({{10, 3}, inHostOrder({0x11, 0x22}), {0x33}}));
+}
+
+TEST(AstPrefixSerialize, InnerGroupIsLoggedFirst) {
+  const auto node = group("outer%s", {numberedGroup("inner", 2, {})});
+  takeLog();
+  Bytes out;
+  EXPECT_EQ(node->serialize(out, kSwapBytes), 3U);
+  EXPECT_EQ(out, (Bytes{1, 1, 2}));
+  EXPECT_THAT(takeLog(), ElementsAre(info("AstPrefix::serialize() inner 2\n"),
+                                     info("AstPrefix::serialize() outer%s 3\n")));
+}
+
+}  // namespace
