@@ -4,13 +4,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <type_traits>
 
 #include "grammar/ast_equal.h"
 #include "grammar/ast_value.h"
 #include "tests/grammar/nodes.h"
 #include "tests/support/log_capture.h"
+#include "tests/support/virtual_slot.h"
 
 namespace {
 
@@ -97,17 +97,6 @@ TEST(AstNode, ClassesHaveNoTemplateArgumentsInTheirNames) {
   EXPECT_EQ(AstValue<std::string>("", 0).getClass(), "AstValue");
   EXPECT_EQ(AstPrefix("", std::nullopt, 0, {}, 0).getClass(), "AstPrefix");
   EXPECT_EQ(AstRoot("", std::nullopt, 0, {}, 0).getClass(), "AstRoot");
-}
-
-// The place of a virtual function in its class's table. The C++ ABI of every target keeps it in the
-// first word of the pointer to the member, beside a mark in the lowest bit of one of the two words.
-template <typename Function>
-size_t slotOf(Function function) {
-  uintptr_t words[2];
-  static_assert(sizeof(function) == sizeof(words));
-  std::memcpy(words, &function, sizeof(words));
-  EXPECT_EQ((words[0] | words[1]) & 1, 1U) << "not virtual";
-  return (words[0] & ~uintptr_t{1}) / sizeof(void*);
 }
 
 TEST(AstNode, VirtualFunctionsKeepTheirOrder) {
