@@ -1,22 +1,39 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "output/crc16.h"
 
+#include <array>
+#include <cstddef>
+
 namespace {
 
 constexpr uint16_t kPolynomial = 0x1021;
 
-uint16_t shiftIn(uint16_t crc, bool bit) {
-  const bool top = (crc & 0x8000) != 0;
-  const auto shifted = static_cast<uint16_t>(crc << 1);
-  return top != bit ? shifted ^ kPolynomial : shifted;
+// The register after a byte that stood in its upper half has been shifted out, bit by bit.
+constexpr uint16_t shiftedOut(uint8_t byte) {
+  uint32_t crc = uint32_t{byte} << 8;
+  for (int bit = 0; bit < 8; ++bit) {
+    const bool top = (crc & 0x8000) != 0;
+    crc = top ? crc << 1 ^ kPolynomial : crc << 1;
+  }
+  return static_cast<uint16_t>(crc);
 }
+
+constexpr std::array<uint16_t, 256> makeTable() {
+  std::array<uint16_t, 256> table{};
+  for (size_t byte = 0; byte < table.size(); ++byte) {
+    table[byte] = shiftedOut(static_cast<uint8_t>(byte));
+  }
+  return table;
+}
+
+constexpr std::array<uint16_t, 256> kTable = makeTable();
 
 }  // namespace
 
 uint16_t Crc16::crc(const uint8_t* data, uint32_t length, uint16_t start) const {
   uint16_t crc = start;
   for (const uint8_t* byte = data; byte != data + length; ++byte) {
-    for (int bit = 7; bit >= 0; --bit) crc = shiftIn(crc, ((*byte >> bit) & 1) != 0);
+    crc = static_cast<uint16_t>(crc << 8 ^ kTable[crc >> 8 ^ *byte]);
   }
   return crc;
 }
