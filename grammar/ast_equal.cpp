@@ -1,18 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "grammar/ast_equal.h"
 
-#include "grammar/ast_value.h"
-
 template <typename T>
-AstEqual<T>::AstEqual(int depth)
-    : AstNode("=", depth), child(std::make_shared<AstValue<T>>("", 0)) {}
+AstEqual<T>::AstEqual(int depth) : AstNode("=", depth), child("", 0) {}
 
 template <typename T>
 AstEqual<T>::~AstEqual() = default;
 
 template <typename T>
 bool AstEqual<T>::parse(std::istream& input) {
-  return parseNameThen(*child, input);
+  return readName(input) && child.parse(input);
 }
 
 template <typename T>
@@ -22,18 +19,12 @@ std::string AstEqual<T>::getClass() const {
 
 template <typename T>
 void AstEqual<T>::print(std::ostream& out) const {
-  child->print(out);
+  child.print(out);
 }
 
 template <typename T>
 size_t AstEqual<T>::serialize(std::vector<uint8_t>& out, EndiannessConversion conversion) const {
-  return child->serialize(out, conversion);
-}
-
-template <typename T>
-const std::optional<T>& AstEqual<T>::value() const {
-  // The constructor has put nothing else there.
-  return static_cast<const AstValue<T>&>(*child).value;
+  return child.serialize(out, conversion);
 }
 
 template class AstEqual<uint8_t>;

@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <memory>
 #include <optional>
 
-#include "grammar/ast_node.h"
+#include "grammar/ast_value.h"
 
 // The equal sign of a parameter, directly after its key. Owns the parameter's value.
 template <typename T>
@@ -19,10 +18,10 @@ class AstEqual : public AstNode {
   ~AstEqual() override;
 
   // Empty until a line supplies the value.
-  const std::optional<T>& value() const;
+  const std::optional<T>& value() const { return child.value; }
 
  private:
-  const std::shared_ptr<AstNode> child;
+  AstValue<T> child;
 };
 
 extern template class AstEqual<uint8_t>;

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "grammar/ast_node.h"
 
-#include <istream>
 #include <ostream>
+#include <utility>
 
-AstNode::AstNode(const std::string& name, int depth) : name(name), depth(depth) {}
+AstNode::AstNode(std::string name, int depth) : name(std::move(name)), depth(depth) {}
 
 AstNode::~AstNode() = default;
 
@@ -23,14 +23,15 @@ bool AstNode::validate(std::vector<std::string>& /*missing*/, std::vector<std::s
 }
 
 bool AstNode::readName(std::istream& input) const {
-  std::string text(name.size(), '\0');
-  input.read(text.data(), static_cast<std::streamsize>(text.size()));
-  // A text that ends early must not match a name that ends in NUL characters.
-  return static_cast<size_t>(input.gcount()) == name.size() && text == name;
-}
-
-bool AstNode::parseNameThen(AstNode& child, std::istream& input) const {
-  return readName(input) && child.parse(input);
+  using Traits = std::istream::traits_type;
+  if (!input.good()) return false;
+  // Past the stream, which would prepare itself anew for each character.
+  std::streambuf& text = *input.rdbuf();
+  bool equal = true;
+  for (const char c : name) {
+    if (text.sbumpc() != Traits::to_int_type(c)) equal = false;
+  }
+  return equal;
 }
 
 void AstNode::printName(std::ostream& out) const {

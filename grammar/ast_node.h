@@ -3,7 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <iosfwd>
+#include <istream>
 #include <string>
 #include <vector>
 
@@ -18,7 +18,7 @@ class AstNode {
  public:
   // `name` is the literal text that the node matches, `depth` the number of blanks before it in
   // print.
-  AstNode(const std::string& name, int depth);
+  AstNode(std::string name, int depth);
   AstNode(const AstNode&) = delete;
   AstNode& operator=(const AstNode&) = delete;
 
@@ -46,12 +46,15 @@ class AstNode {
 
   virtual ~AstNode();
 
- protected:
-  // Reads exactly as many characters as the name has; true when they are the name.
-  bool readName(std::istream& input) const;
+  // False when a text whose next character is `next` cannot be this node's: every node's text
+  // begins with its name.
+  bool canBeginWith(std::istream::int_type next) const {
+    return name.empty() || std::istream::traits_type::to_int_type(name.front()) == next;
+  }
 
-  // Reads the name and, if it is there, lets `child` read what follows.
-  bool parseNameThen(AstNode& child, std::istream& input) const;
+ protected:
+  // Reads the name; true when it is there.
+  bool readName(std::istream& input) const;
 
   // Writes the blanks before the node's line, then the name.
   void printName(std::ostream& out) const;

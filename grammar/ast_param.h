@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <memory>
 #include <optional>
 
-#include "grammar/ast_node.h"
+#include "grammar/ast_equal.h"
 
 // One parameter, `name=value`, bound to the record field that receives its value. T is uint8_t,
 // uint16_t, uint32_t or std::string.
@@ -13,7 +12,7 @@ class AstParam : public AstNode {
  public:
   // `id` is the byte before the value in serialize; it plays no part in parsing. `target` is
   // borrowed and must outlive the node; a parameter without one is neither missing nor written.
-  AstParam(const std::string& name, int depth, std::optional<uint8_t> id, T* target);
+  AstParam(std::string name, int depth, std::optional<uint8_t> id, T* target);
 
   bool parse(std::istream& input) override;
   std::string getClass() const override;
@@ -25,9 +24,7 @@ class AstParam : public AstNode {
   ~AstParam() override;
 
  private:
-  const std::optional<T>& value() const;
-
-  const std::shared_ptr<AstNode> child;
+  AstEqual<T> child;
   const std::optional<uint8_t> id;
   T* const target;
 };

@@ -31,16 +31,24 @@ bool AstPrefix::parse(std::istream& input) {
   if (!readName(input)) return false;
   // Any number matches: the first group of this name takes the line.
   if (id.has_value()) readGroupNumber(input);
-  if (input.get() != '.') return false;
+  if (input.rdbuf()->sbumpc() != '.') return false;
   return parseChildren(input);
 }
 
 bool AstPrefix::parseChildren(std::istream& input) {
-  const std::istream::pos_type start = input.tellg();
+  std::streambuf& text = *input.rdbuf();
+  const std::istream::int_type next = text.sgetc();
+  std::optional<std::streampos> start;
   for (const std::shared_ptr<AstNode>& child : children) {
+    // Most children are refused by their first character, without a look at the stream.
+    if (!child->canBeginWith(next)) continue;
+    if (start.has_value()) {
+      input.clear();
+      input.seekg(*start);
+    } else {
+      start = text.pubseekoff(0, std::ios_base::cur, std::ios_base::in);
+    }
     if (child->parse(input)) return true;
-    input.clear();
-    input.seekg(start);
   }
   return false;
 }
@@ -88,14 +96,15 @@ void AstPrefix::toBuffer(EndiannessConversion conversion) {
 bool AstPrefix::validate(std::vector<std::string>& missing, std::vector<std::string> path) {
   // The number of a group is never part of a path.
   path.push_back(name);
-  return validateChildren(missing, path);
+  return validateChildren(missing, std::move(path));
 }
 
-bool AstPrefix::validateChildren(std::vector<std::string>& missing,
-                                 const std::vector<std::string>& path) {
+bool AstPrefix::validateChildren(std::vector<std::string>& missing, std::vector<std::string> path) {
   bool complete = true;
   for (const std::shared_ptr<AstNode>& child : children) {
-    if (!child->validate(missing, path)) complete = false;
+    // The last child may have the path itself.
+    const bool last = &child == &children.back();
+    if (!child->validate(missing, last ? std::move(path) : path)) complete = false;
   }
   return complete;
 }

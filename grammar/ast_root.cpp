@@ -5,45 +5,53 @@
 #include <zlib.h>
 
 #include <algorithm>
-#include <sstream>
 #include <string_view>
 
+#include "grammar/line_reader.h"
+#include "grammar/text_stream.h"
 #include "grammar/to_bytes.h"
+#include "grammar/white_space.h"
 
 namespace {
 
 constexpr uint16_t kMagic = 0xDECA;
 
-// White space is the blank and the control characters from tab to carriage return, in any locale.
-bool isWhiteSpace(char c) {
-  return c == ' ' || (c >= '\t' && c <= '\r');
-}
-
-std::string withoutWhiteSpace(std::string line) {
-  line.erase(std::remove_if(line.begin(), line.end(), isWhiteSpace), line.end());
-  return line;
-}
-
-bool isComment(std::string_view compact, size_t equal) {
-  const std::string_view key = compact.substr(0, equal);
-  return key.find("//") != key.npos || key.find('#') != key.npos || key.find(';') != key.npos;
-}
-
-// True when the line holds an assignment. A comment that holds one is logged.
-bool isAssignment(const std::string& line) {
-  const std::string compact = withoutWhiteSpace(line);
-  const size_t equal = compact.find('=');
-  if (equal == compact.npos) return false;
-  if (!isComment(compact, equal)) return true;
-  __android_log_print(ANDROID_LOG_DEBUG, nullptr, "--------------Ignored: %s\n", compact.c_str());
+// True for two slashes with nothing but white space between them.
+bool holdsDoubleSlash(std::string_view text) {
+  for (size_t slash = text.find('/'); slash != text.npos; slash = text.find('/', slash + 1)) {
+    const std::string_view rest = text.substr(slash + 1);
+    const auto next = std::find_if_not(rest.begin(), rest.end(), isWhiteSpace);
+    if (next != rest.end() && *next == '/') return true;
+  }
   return false;
 }
 
+// True when a comment mark, "//", "#" or ";", stands in `text`, the part of a line before its first
+// '='. White space does not part two slashes.
+bool holdsCommentMark(std::string_view text) {
+  return text.find('#') != text.npos || text.find(';') != text.npos || holdsDoubleSlash(text);
+}
+
+// Logs the line without its white space. Nothing is left of the line itself.
+void logIgnored(const Line& line) {
+  char* out = line.begin;
+  for (const char c : line.text()) {
+    if (!isWhiteSpace(c)) *out++ = c;
+  }
+  *out = '\0';
+  __android_log_print(ANDROID_LOG_DEBUG, nullptr, "--------------Ignored: %s\n", line.begin);
+}
+
 // Blanks around the mark stay, so a key after "[CCC] " starts with a blank and matches nothing.
-void eraseCccMark(std::string& line) {
+void eraseCccMark(Line& line) {
   constexpr std::string_view kMark = "[CCC]";
-  const size_t mark = line.find(kMark);
-  if (mark != line.npos) line.erase(mark, kMark.size());
+  const std::string_view text = line.text();
+  // Hardly a line holds a bracket, and one character is found faster than a text.
+  if (text.find(kMark.front()) == text.npos) return;
+  const size_t mark = text.find(kMark);
+  if (mark == text.npos) return;
+  char* const first = line.begin + mark;
+  line.end = std::copy(first + kMark.size(), line.end, first);
 }
 
 }  // namespace
@@ -51,10 +59,15 @@ void eraseCccMark(std::string& line) {
 AstRoot::~AstRoot() = default;
 
 bool AstRoot::parse(std::istream& input) {
-  for (std::string line; std::getline(input, line);) {
-    if (!isAssignment(line)) continue;
+  LineReader lines(input);
+  TextStream assignment;
+  for (Line line; lines.next(line);) {
+    if (holdsCommentMark(line.key())) {
+      logIgnored(line);
+      continue;
+    }
     eraseCccMark(line);
-    std::stringstream assignment(line);
+    assignment.setText(line.text());
     parseChildren(assignment);
   }
   return true;

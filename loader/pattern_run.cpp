@@ -4,19 +4,19 @@
 #include <android/log.h>
 
 #include <exception>
-#include <sstream>
+
+#include "grammar/text_stream.h"
 
 namespace {
 
-bool parse_file(AstRoot& tree, const calibration& file) {
-  __android_log_print(ANDROID_LOG_INFO, nullptr, "Parsing %s", file.path.c_str());
+bool parse_file(AstRoot& tree, const std::string& path, std::istream& text) {
+  __android_log_print(ANDROID_LOG_INFO, nullptr, "Parsing %s", path.c_str());
   try {
-    std::istringstream text(file.content);
     tree.parse(text);
     return true;
   } catch (const std::exception& e) {
     __android_log_print(ANDROID_LOG_ERROR, nullptr, "Failed to parse calb file %s, reason %s",
-                        file.path.c_str(), e.what());
+                        path.c_str(), e.what());
     return false;
   }
 }
@@ -25,8 +25,10 @@ bool parse_file(AstRoot& tree, const calibration& file) {
 
 bool parse_pattern(AstRoot& tree, const std::vector<calibration>& calibrations) {
   bool parsed = false;
+  TextStream text;
   for (const calibration& file : calibrations) {
-    if (parse_file(tree, file)) parsed = true;
+    text.setText(file.content);
+    if (parse_file(tree, file.path, text)) parsed = true;
   }
   return parsed;
 }

@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "grammar/line_reader.h"
+
+#include <cstring>
+
+LineReader::LineReader(std::istream& input) : input(input) {}
+
+bool LineReader::next(Line& line) {
+  do {
+    char* const lines = &block[first];
+    const size_t size = complete - first;
+    line.equal = static_cast<char*>(std::memchr(lines, '=', size));
+    if (line.equal == nullptr) continue;
+    const auto before = static_cast<size_t>(line.equal - lines);
+    auto* const newline = static_cast<char*>(memrchr(lines, '\n', before));
+    line.begin = newline == nullptr ? lines : newline + 1;
+    line.end = static_cast<char*>(std::memchr(line.equal, '\n', size - before));
+    first = static_cast<size_t>(line.end - block.data()) + 1;
+    return true;
+  } while (readLines());
+  return false;
+}
+
+bool LineReader::readLines() {
+  filled -= complete;
+  std::memmove(block.data(), &block[complete], filled);
+  first = 0;
+  complete = 0;
+  while (complete == 0) {
+    const size_t searched = filled;
+    if (!readBlock() && !endLastLine()) return false;
+    const void* const newline = memrchr(&block[searched], '\n', filled - searched);
+    if (newline != nullptr) {
+      complete = static_cast<size_t>(static_cast<const char*>(newline) - block.data()) + 1;
+    }
+  }
+  return true;
+}
+
+bool LineReader::readBlock() {
+  if (!input.good()) return false;
+  constexpr size_t kBlockSize = 4096;
+  // One more place, for the '\n' that the last line may lack.
+  if (block.size() < filled + kBlockSize + 1) block.resize(filled + kBlockSize + 1);
+  input.read(&block[filled], kBlockSize);
+  filled += static_cast<size_t>(input.gcount());
+  return input.gcount() > 0;
+}
+
+bool LineReader::endLastLine() {
+  if (filled == 0) return false;
+  block[filled++] = '\n';
+  return true;
+}

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "grammar/text_stream.h"
+
+TextStream::TextStream() : std::istream(nullptr) {
+  rdbuf(&buffer);
+}
+
+TextStream::TextStream(std::string_view text) : TextStream() {
+  setText(text);
+}
+
+void TextStream::setText(std::string_view text) {
+  buffer.setText(text);
+  if (!good()) clear();
+  flags(std::ios_base::skipws | std::ios_base::dec);
+}
+
+void TextStream::Buffer::setText(std::string_view text) {
+  // A get area is not written to, yet the language has no type for one that cannot be.
+  char* const first = const_cast<char*>(text.data());
+  setg(first, first, first + text.size());
+}
+
+std::streambuf::pos_type TextStream::Buffer::seekoff(off_type offset, std::ios_base::seekdir from,
+                                                     std::ios_base::openmode which) {
+  const char* const origin = from == std::ios_base::beg   ? eback()
+                             : from == std::ios_base::cur ? gptr()
+                                                          : egptr();
+  return seekpos(origin - eback() + offset, which);
+}
+
+std::streambuf::pos_type TextStream::Buffer::seekpos(pos_type position,
+                                                     std::ios_base::openmode which) {
+  const off_type offset = position;
+  const bool inside = offset >= 0 && offset <= egptr() - eback();
+  if (!inside || (which & std::ios_base::in) == 0) return pos_type(off_type(-1));
+  setg(eback(), eback() + offset, egptr());
+  return position;
+}
