@@ -6,8 +6,10 @@
 #include <fstream>
 #include <optional>
 
+#include "grammar/text_stream.h"
 #include "loader/calib_parser.h"
 #include "loader/pattern_run.h"
+#include "loader/text_file.h"
 #include "schema/antenna_selection_pattern.h"
 #include "schema/pattern.h"
 
@@ -52,15 +54,17 @@ std::optional<ccc_calib> parse_full_calibration(const antenna_selection& selecti
 
 bool read_calibrations(const std::string& path_file, const std::string& country_code,
                        std::vector<calibration>& calibrations) {
-  std::ifstream file(path_file);
-  if (!file.is_open()) {
+  std::filebuf file;
+  if (file.open(path_file, std::ios_base::in) == nullptr) {
     __android_log_print(ANDROID_LOG_ERROR, nullptr, "Failed to open path file: %s",
                         path_file.c_str());
     return false;
   }
   CalibReader reader;
   CalibParser parser(reader, country_code);
-  for (std::string entry; std::getline(file, entry);) {
+  const std::string text = readText(file, path_file);
+  TextStream lines(text);
+  for (std::string entry; std::getline(lines, entry);) {
     __android_log_print(ANDROID_LOG_INFO, nullptr, "Reading entry: %s", entry.c_str());
     std::optional<calibration> read = parser.parsePathFileEntry(entry);
     if (read.has_value()) calibrations.push_back(std::move(*read));

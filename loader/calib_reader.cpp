@@ -5,21 +5,19 @@
 
 #include <exception>
 #include <fstream>
-#include <sstream>
+
+#include "loader/text_file.h"
 
 CalibReader::~CalibReader() = default;
 
 std::optional<std::string> CalibReader::read(const std::string& path) {
-  std::ifstream file(path);
-  if (!file.is_open()) {
+  std::filebuf file;
+  if (file.open(path, std::ios_base::in) == nullptr) {
     __android_log_print(ANDROID_LOG_ERROR, nullptr, "Unable to open file %s", path.c_str());
     return std::nullopt;
   }
   try {
-    std::ostringstream text;
-    text << file.rdbuf();
-    file.close();
-    return text.str();
+    return readText(file, path);
   } catch (const std::exception& e) {
     __android_log_print(ANDROID_LOG_ERROR, nullptr, "Failed to parse calib from %s, reason: %s",
                         path.c_str(), e.what());
