@@ -4,21 +4,38 @@
 #include <android/log.h>
 
 #include <istream>
+#include <limits>
 #include <ostream>
 #include <stdexcept>
 
 #include "grammar/extract_byte.h"
+#include "grammar/plain_number.h"
 #include "grammar/to_bytes.h"
 
 namespace {
 
-void extract(std::istream& input, uint8_t& value) {
+void extractFormatted(std::istream& input, uint8_t& value) {
   extractByte(input, value);
 }
 
 template <typename T>
-void extract(std::istream& input, T& value) {
+void extractFormatted(std::istream& input, T& value) {
   input >> value;
+}
+
+template <typename T>
+void extract(std::istream& input, T& value) {
+  std::optional<uint32_t> plain;
+  if (input.good()) plain = readPlainNumber(*input.rdbuf(), std::numeric_limits<T>::max());
+  if (plain.has_value()) {
+    value = static_cast<T>(*plain);
+  } else {
+    extractFormatted(input, value);
+  }
+}
+
+void extract(std::istream& input, std::string& word) {
+  input >> word;
 }
 
 // Widened, since a stream would print an 8-bit number as a character.

@@ -1,0 +1,152 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "grammar/plain_number.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <sstream>
+#include <string>
+#include <string_view>
+
+#include "grammar/text_stream.h"
+
+namespace {
+
+constexpr uint32_t kLargest = std::numeric_limits<uint32_t>::max();
+
+// What the stream's own extraction makes of a text, the base chosen by the number's prefix.
+struct Formatted {
+  bool failed;
+  uint32_t value;
+  std::streamoff end;
+};
+
+Formatted formatted(const std::string& text) {
+  std::istringstream input(text);
+  input.unsetf(std::ios_base::basefield);
+  uint32_t value = 0;
+  input >> value;
+  const bool failed = input.fail();
+  input.clear();
+  return {failed, value, input.tellg()};
+}
+
+struct Plain {
+  std::optional<uint32_t> value;
+  std::streamoff end;
+};
+
+Plain plain(std::string_view text, uint32_t largest = kLargest) {
+  TextStream input(text);
+  const std::optional<uint32_t> value = readPlainNumber(*input.rdbuf(), largest);
+  return {value, input.rdbuf()->pubseekoff(0, std::ios_base::cur, std::ios_base::in)};
+}
+
+// A number that is taken is what the stream's own extraction would have made of the text, and a
+// text that is not taken is as it was.
+void expectAgreement(const std::string& text) {
+  const Plain taken = plain(text);
+  if (!taken.value.has_value()) {
+    ASSERT_EQ(taken.end, 0) << text;
+    return;
+  }
+  const Formatted expected = formatted(text);
+  ASSERT_FALSE(expected.failed) << text;
+  ASSERT_EQ(*taken.value, expected.value) << text;
+  ASSERT_EQ(taken.end, expected.end) << text;
+}
+
+void expectAgreementOnAll(std::string_view alphabet, size_t length, const std::string& begin = "") {
+  expectAgreement(begin);
+  if (length == 0) return;
+  for (const char c : alphabet) expectAgreementOnAll(alphabet, length - 1, begin + c);
+}
+
+TEST(PlainNumber, AgreesWithTheStreamOnEveryShortText) {
+  expectAgreementOnAll("0123456789+-xXabcdefgABCDEFG. \t\n\v\f\r,", 3);
+}
+
+TEST(PlainNumber, AgreesWithTheStreamOnEveryLongerTextOfFewCharacters) {
+  expectAgreementOnAll("0189fx- ", 5);
+}
+
+TEST(PlainNumber, AgreesWithTheStreamAroundTheLongestNumbers) {
+  for (const char* const prefix : {"", "0x", "0X", "0", "00", "-", "+"}) {
+    for (size_t digits = 7; digits <= 12; ++digits) {
+      for (const char digit : {'0', '1', '4', '9', 'f', 'F'}) {
+        for (const char* const end : {"", " ", "\r", "x", "8"}) {
+          expectAgreement(prefix + std::string(digits, digit) + end);
+        }
+      }
+    }
+  }
+  for (const char* const text : {"4294967295", "4294967296", "999999999", "1000000000",
+                                 "0xffffffff", "0x100000000", "0x0ffffffff"}) {
+    expectAgreement(text);
+  }
+}
+
+TEST(PlainNumber, PlainSpellingsAreTaken) {
+  EXPECT_EQ(plain("0").value, 0u);
+  EXPECT_EQ(plain("7").value, 7u);
+  EXPECT_EQ(plain("1234567890").value, std::nullopt);
+  EXPECT_EQ(plain("123456789").value, 123456789u);
+  EXPECT_EQ(plain("999999999").value, 999999999u);
+  EXPECT_EQ(plain("0x1F").value, 0x1Fu);
+  EXPECT_EQ(plain("0Xabcdef").value, 0xABCDEFu);
+  EXPECT_EQ(plain("0xFFFFFFFF").value, kLargest);
+  EXPECT_EQ(plain("0x0").value, 0u);
+}
+
+TEST(PlainNumber, EndsAtWhiteSpace) {
+  for (const char* const text : {"12 3", "12\t3", "12\n", "12\v", "12\f", "12\r"}) {
+    EXPECT_EQ(plain(text).value, 12u);
+    EXPECT_EQ(plain(text).end, 2);
+  }
+  EXPECT_EQ(plain("0 1").value, 0u);
+  EXPECT_EQ(plain("0x1F\r").value, 31u);
+}
+
+TEST(PlainNumber, OtherSpellingsAreLeftToTheStream) {
+  for (const char* const text :
+       {"",    " 5", "+5", "-5",   "05",   "08", "00", "0x",          "0x 1", "12abc",
+        "1e5", "5;", "0;", "0x5;", "0x1g", "f",  "x1", "0x123456789", "12=",  ".5"}) {
+    EXPECT_EQ(plain(text).value, std::nullopt) << text;
+    EXPECT_EQ(plain(text).end, 0) << text;
+  }
+}
+
+TEST(PlainNumber, ANumberAboveTheLargestIsLeftToTheStream) {
+  EXPECT_EQ(plain("255", 255).value, 255u);
+  EXPECT_EQ(plain("256", 255).value, std::nullopt);
+  EXPECT_EQ(plain("256", 255).end, 0);
+  EXPECT_EQ(plain("0xffff", 65535).value, 65535u);
+  EXPECT_EQ(plain("0x10000", 65535).value, std::nullopt);
+}
+
+// Holds one character and cannot go back.
+class OneWayBuffer : public std::streambuf {
+ public:
+  explicit OneWayBuffer(std::string_view text) : text_(text) {}
+
+ protected:
+  int_type underflow() override {
+    if (text_.empty()) return traits_type::eof();
+    character_ = text_.front();
+    text_.remove_prefix(1);
+    setg(&character_, &character_, &character_ + 1);
+    return traits_type::to_int_type(character_);
+  }
+
+ private:
+  std::string_view text_;
+  char character_ = '\0';
+};
+
+TEST(PlainNumber, ATextWithoutAWayBackIsNotTouched) {
+  OneWayBuffer text("5");
+  EXPECT_EQ(readPlainNumber(text, kLargest), std::nullopt);
+  EXPECT_EQ(text.sgetc(), '5');
+}
+
+}  // namespace
