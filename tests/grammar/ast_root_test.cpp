@@ -150,6 +150,19 @@ TEST_P(AstRootParse, MarkerBeforeTheEqualSignMakesAComment) {
   }
 }
 
+TEST_P(AstRootParse, CommentReachesNoParameterEvenOfItsName) {
+  AstRoot tree("", std::nullopt, 0,
+               {param("#a", &xtal_trim), param("//a", &xtal_trim), param(";a", &xtal_trim),
+                group("ant#0", {param("a", &xtal_trim)})},
+               0);
+  EXPECT_TRUE(tree.parse(*stream("#a=1\n//a=1\n;a=1\nant#0.a=1")));
+  EXPECT_THAT(missingIn(tree), ElementsAre("#a", "//a", ";a", "ant#0.a"));
+  EXPECT_THAT(takeLog(), ElementsAre(debug("--------------Ignored: #a=1\n"),
+                                     debug("--------------Ignored: //a=1\n"),
+                                     debug("--------------Ignored: ;a=1\n"),
+                                     debug("--------------Ignored: ant#0.a=1\n")));
+}
+
 TEST_P(AstRootParse, MarkerAfterTheEqualSignMakesNone) {
   for (const char* line : {"xtal_trim=1 // note", "xtal_trim=1//", "xtal_trim=1#", "xtal_trim=1;",
                            "xtal_trim=1 # a=b", "xtal_trim=1 ;=", "xtal_trim=1=//"}) {
