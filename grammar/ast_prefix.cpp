@@ -96,15 +96,14 @@ void AstPrefix::toBuffer(EndiannessConversion conversion) {
 bool AstPrefix::validate(std::vector<std::string>& missing, std::vector<std::string> path) {
   // The number of a group is never part of a path.
   path.push_back(name);
-  return validateChildren(missing, std::move(path));
+  return validateChildren(missing, path);
 }
 
-bool AstPrefix::validateChildren(std::vector<std::string>& missing, std::vector<std::string> path) {
+bool AstPrefix::validateChildren(std::vector<std::string>& missing,
+                                 const std::vector<std::string>& path) {
   bool complete = true;
   for (const std::shared_ptr<AstNode>& child : children) {
-    // The last child may have the path itself.
-    const bool last = &child == &children.back();
-    if (!child->validate(missing, last ? std::move(path) : path)) complete = false;
+    if (!child->validate(missing, path)) complete = false;
   }
   return complete;
 }

@@ -29,7 +29,7 @@ class AstPrefix : public AstNode {
   bool parseChildren(std::istream& input);
   size_t serializeChildren(std::vector<uint8_t>& out, EndiannessConversion conversion) const;
   // Asks every child, also after one that lacks something.
-  bool validateChildren(std::vector<std::string>& missing, std::vector<std::string> path);
+  bool validateChildren(std::vector<std::string>& missing, const std::vector<std::string>& path);
 
  private:
   const uint8_t tag;

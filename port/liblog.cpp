@@ -29,6 +29,7 @@ int __android_log_print(int prio, const char* tag, const char* fmt, ...) {
   char text[1024];
   va_list arguments;
   va_start(arguments, fmt);
+  // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): the line above has initialised it.
   std::vsnprintf(text, sizeof(text), fmt, arguments);
   va_end(arguments);
   return std::fprintf(stderr, "%s %c: %s\n", tag == nullptr ? "nullptr" : tag, letterOf(prio),
