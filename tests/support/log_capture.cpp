@@ -14,7 +14,8 @@ std::vector<LogLine>& lines() {
   return all;
 }
 
-std::string formatted(const char* format, va_list arguments) {
+__attribute__((__format__(printf, 1, 0))) std::string formatted(const char* format,
+                                                                va_list arguments) {
   va_list again;
   va_copy(again, arguments);
   const int length = std::vsnprintf(nullptr, 0, format, arguments);
