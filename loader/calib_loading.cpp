@@ -72,6 +72,17 @@ bool read_calibrations(const std::string& path_file, const std::string& country_
   return !calibrations.empty();
 }
 
+ParseResult parse_calibrations(const std::vector<calibration>& calibrations,
+                               const std::string& path_file, ccc_calib& calib) {
+  const std::optional<antenna_selection> selection = parse_antenna_selection(calibrations);
+  if (!selection.has_value()) return ParseResult::InvalidCalibration;
+  const std::optional<ccc_calib> parsed =
+      parse_full_calibration(*selection, calibrations, path_file);
+  if (!parsed.has_value()) return ParseResult::InvalidCalibration;
+  calib = *parsed;
+  return ParseResult::ValidCalibration;
+}
+
 ParseResult parse_calib_from_file_path(const std::string& path_file,
                                        const std::string& country_code, ccc_calib& calib) {
   __android_log_print(ANDROID_LOG_INFO, nullptr, "Reading path file %s", path_file.c_str());
@@ -83,11 +94,5 @@ ParseResult parse_calib_from_file_path(const std::string& path_file,
   }
   __android_log_print(ANDROID_LOG_INFO, nullptr, "Found %zu calibration files in %s",
                       calibrations.size(), path_file.c_str());
-  const std::optional<antenna_selection> selection = parse_antenna_selection(calibrations);
-  if (!selection.has_value()) return ParseResult::InvalidCalibration;
-  const std::optional<ccc_calib> parsed =
-      parse_full_calibration(*selection, calibrations, path_file);
-  if (!parsed.has_value()) return ParseResult::InvalidCalibration;
-  calib = *parsed;
-  return ParseResult::ValidCalibration;
+  return parse_calibrations(calibrations, path_file, calib);
 }

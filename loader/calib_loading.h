@@ -20,6 +20,12 @@ enum class ParseResult : uint8_t {
 bool read_calibrations(const std::string& path_file, const std::string& country_code,
                        std::vector<calibration>& calibrations);
 
+// Parses and checks the calibration that the texts make together, a later one winning over an
+// earlier one. `path_file` is for the log. InvalidCalibration, or ValidCalibration: then `calib` is
+// written, its 16- and 32-bit fields most significant byte first.
+ParseResult parse_calibrations(const std::vector<calibration>& calibrations,
+                               const std::string& path_file, ccc_calib& calib);
+
 // Reads, parses and checks the calibration that the path file lists. Writes `calib` only for
 // ValidCalibration: its 16- and 32-bit fields then lie most significant byte first.
 ParseResult parse_calib_from_file_path(const std::string& path_file,
