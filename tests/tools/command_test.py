@@ -1,0 +1,284 @@
+# SPDX-License-Identifier: Apache-2.0
+"""Runs the built command as people do. COMMAND names it; UPDATE=1 rewrites the golden files."""
+import json
+import os
+import pty
+import shutil
+import subprocess
+import tempfile
+import unittest
+from pathlib import Path
+
+HERE = Path(__file__).resolve().parent
+PROJECT = HERE.parents[1]
+EXAMPLES = PROJECT / "examples"
+GOLDEN = HERE / "golden"
+COMMAND = os.environ["COMMAND"]
+
+
+def run(*arguments, stdin=b"", **options):
+    """Runs the command without a terminal."""
+    environment = {k: v for k, v in os.environ.items() if k != "NO_COLOR"}
+    environment.update(options.pop("env", {}))
+    return subprocess.run([COMMAND, *map(str, arguments)], input=stdin, capture_output=True,
+                          env=environment, check=False, **options)
+
+
+def on_terminal(*arguments, env=None):
+    """Runs the command with its standard output on a terminal and returns what it shows."""
+    master, slave = pty.openpty()
+    environment = {k: v for k, v in os.environ.items() if k != "NO_COLOR"}
+    environment.update(env or {})
+    process = subprocess.Popen([COMMAND, *map(str, arguments)], stdout=slave,
+                               stderr=subprocess.DEVNULL, env=environment)
+    os.close(slave)
+    shown = b""
+    while True:
+        try:
+            part = os.read(master, 65536)
+        except OSError:
+            break
+        if not part:
+            break
+        shown += part
+    os.close(master)
+    return process.wait(), shown.decode().replace("\r\n", "\n")
+
+
+class CommandTest(unittest.TestCase):
+    maxDiff = None
+
+    def setUp(self):
+        self.folder = Path(tempfile.mkdtemp())
+        self.addCleanup(shutil.rmtree, self.folder)
+
+    def golden(self, name, text):
+        """The text must be that of the golden file."""
+        path = GOLDEN / name
+        if os.environ.get("UPDATE"):
+            path.parent.mkdir(parents=True, exist_ok=True)
+            path.write_bytes(text)
+        self.assertEqual(path.read_bytes().decode(), text.decode())
+
+    def fails(self, result, message):
+        """The command was stopped by its user's mistake: one line, nothing else."""
+        self.assertEqual(result.returncode, 2, result)
+        self.assertEqual(result.stdout, b"")
+        self.assertEqual(result.stderr.decode(), f"tarnix-uwb-params: {message}\n")
+
+    def block(self, country="US"):
+        result = run("build", "--root", EXAMPLES, "--country", country, "--format", "binary")
+        self.assertEqual(result.returncode, 0, result)
+        return result.stdout
+
+
+class Build(CommandTest):
+    def test_every_format(self):
+        for form in ("dump", "hex", "json", "c"):
+            result = run("build", "--root", EXAMPLES, "--country", "US", "--format", form)
+            self.assertEqual(result.returncode, 0, result)
+            self.golden(f"build.{form}", result.stdout)
+
+    def test_binary_is_the_block_itself(self):
+        digits = (GOLDEN / "build.hex").read_text().strip()
+        self.assertEqual(self.block(), bytes.fromhex(digits))
+
+    def test_binary_is_usual_without_a_terminal(self):
+        result = run("build", "--root", EXAMPLES, "--country", "US")
+        self.assertEqual(result.stdout, self.block())
+
+    def test_dump_is_usual_on_a_terminal(self):
+        status, shown = on_terminal("build", "--root", EXAMPLES, "--country", "US")
+        self.assertEqual(status, 0)
+        self.assertEqual(shown, (GOLDEN / "build.dump").read_text())
+
+    def test_log_of_the_device_goes_to_standard_error(self):
+        result = run("build", "--root", EXAMPLES, "--country", "US")
+        self.golden("build.log", result.stderr)
+
+    def test_quiet_shows_no_log(self):
+        result = run("build", "-q", "--root", EXAMPLES)
+        self.assertEqual(result.stderr, b"")
+
+    def test_c_array_compiles_to_the_block(self):
+        source = self.folder / "block.c"
+        result = run("build", "--root", EXAMPLES, "--country", "US", "--format", "c", "-o", source)
+        self.assertEqual((result.returncode, result.stdout), (0, b""))
+        source.write_text("#include <stdio.h>\n" + source.read_text() +
+                          "int main(void) { fwrite(uwb_params, 1, sizeof uwb_params, stdout); }\n")
+        program = self.folder / "block"
+        subprocess.run(["cc", "-Wall", "-Werror", source, "-o", program], check=True)
+        self.assertEqual(subprocess.run([program], capture_output=True).stdout, self.block())
+
+    def test_no_valid_calibration_is_status_1(self):
+        result = run("build", "-q", "--root", self.folder)
+        self.assertEqual((result.returncode, result.stdout, result.stderr), (1, b"", b""))
+
+    def test_no_valid_calibration_keeps_the_old_file(self):
+        file = self.folder / "block.bin"
+        file.write_bytes(b"old")
+        run("build", "--root", self.folder, "-o", file)
+        self.assertEqual(file.read_bytes(), b"old")
+
+    def test_path_file_is_tried_first(self):
+        shutil.copytree(EXAMPLES, self.folder, dirs_exist_ok=True)
+        (self.folder / "mine").write_text("/vendor/etc/uwb/common.conf\n"
+                                          "/vendor/etc/uwb/de/calib.conf\n")
+        result = run("build", "--root", self.folder, "--country", "US", "--path-file", "/mine",
+                     "--format", "binary")
+        self.assertEqual(result.stdout, self.block("DE"))
+
+    def test_capacity_cuts_the_block(self):
+        result = run("build", "--root", EXAMPLES, "--country", "US", "--capacity", 10)
+        self.assertEqual((result.returncode, result.stdout), (0, self.block()[:10]))
+
+    def test_relative_names_start_where_the_command_was_called(self):
+        shutil.copytree(EXAMPLES, self.folder / "tree")
+        result = run("build", "--root", "tree", "--country", "US", "-o", "block", cwd=self.folder)
+        self.assertEqual((result.returncode, result.stdout), (0, b""))
+        self.assertEqual((self.folder / "block").read_bytes(), self.block())
+
+    def test_missing_root_is_told_in_one_line(self):
+        self.fails(run("build", "--root", "/no/such"),
+                   "cannot make /no/such the root: No such file or directory")
+
+    def test_missing_library_is_told_in_one_line(self):
+        result = run("build", "--library", "/no/such.so")
+        self.fails(result, "/no/such.so: cannot open shared object file: No such file or directory")
+
+
+class Output(CommandTest):
+    def test_closed_standard_output(self):
+        result = subprocess.run(f'"{COMMAND}" build -q --root "{EXAMPLES}" >&-', shell=True,
+                                capture_output=True, check=False)
+        self.fails(result, "cannot write to the standard output: Bad file descriptor")
+
+    def test_closed_standard_output_leaves_no_block_in_a_file(self):
+        file = self.folder / "block.bin"
+        file.write_bytes(self.block())
+        result = subprocess.run(f'"{COMMAND}" decode "{file}" >&-', shell=True,
+                                capture_output=True, check=False)
+        self.assertEqual(result.returncode, 2)
+        self.assertEqual(file.read_bytes(), self.block())
+
+    def test_full_standard_output(self):
+        with open("/dev/full", "wb") as full:
+            result = subprocess.run([COMMAND, "build", "-q", "--root", EXAMPLES], stdout=full,
+                                    stderr=subprocess.PIPE, check=False)
+        self.assertEqual(result.returncode, 2)
+        self.assertIn(b"No space left on device", result.stderr)
+
+    def test_file_in_a_read_only_folder(self):
+        folder = Path("/proc/sys")  # Nobody may make a file here, root neither.
+        result = run("build", "-q", "--root", EXAMPLES, "-o", folder / "block")
+        self.assertEqual((result.returncode, result.stdout), (2, b""))
+        self.assertEqual(result.stderr.count(b"\n"), 1)
+        self.assertIn(b"cannot write /proc/sys/block: ", result.stderr)
+
+    def test_file_replaces_the_old_one_and_leaves_no_other(self):
+        file = self.folder / "block.bin"
+        file.write_bytes(b"old" * 100)
+        result = run("build", "--root", EXAMPLES, "--country", "US", "--format", "binary", "-o", file)
+        self.assertEqual(result.returncode, 0)
+        self.assertEqual(file.read_bytes(), self.block())
+        self.assertEqual(os.listdir(self.folder), ["block.bin"])
+
+    def test_device_as_file(self):
+        self.assertEqual(run("build", "--root", EXAMPLES, "-o", "/dev/null").returncode, 0)
+
+
+class Decode(CommandTest):
+    def test_every_format(self):
+        for form in ("table", "text", "json"):
+            result = run("decode", "--format", form, "-", stdin=self.block())
+            self.assertEqual((result.returncode, result.stderr), (0, b""))
+            self.golden(f"decode.{form}", result.stdout)
+
+    def test_file_and_hex_text_and_pipe_are_alike(self):
+        table = (GOLDEN / "decode.table").read_bytes()
+        file = self.folder / "block"
+        file.write_bytes(self.block())
+        self.assertEqual(run("decode", file).stdout, table)
+        file.write_text(self.block().hex(" "))
+        self.assertEqual(run("decode", file).stdout, table)
+        shell = f'"{COMMAND}" build -q --root "{EXAMPLES}" --country US | "{COMMAND}" decode -'
+        self.assertEqual(subprocess.run(shell, shell=True, capture_output=True).stdout, table)
+
+    def test_text_builds_the_same_block(self):
+        etc = self.folder / "vendor/etc"
+        etc.mkdir(parents=True)
+        (etc / "uwb_calib_paths.conf").write_text("/calib.conf\n")
+        for country in ("US", "DE", ""):
+            text = run("decode", "--format", "text", "-", stdin=self.block(country)).stdout
+            (self.folder / "calib.conf").write_bytes(text)
+            self.assertEqual(run("build", "--root", self.folder).stdout, self.block(country))
+
+    def test_map_on_a_terminal(self):
+        file = self.folder / "block"
+        file.write_bytes(self.block())
+        status, shown = on_terminal("decode", file)
+        self.assertEqual(status, 0)
+        self.golden("decode.terminal", shown.encode())
+
+    def test_colours_as_asked_for(self):
+        file = self.folder / "block"
+        file.write_bytes(self.block())
+        self.assertNotIn("\x1b", on_terminal("decode", file, env={"NO_COLOR": "1"})[1])
+        self.assertNotIn("\x1b", on_terminal("decode", "--color", "never", file)[1])
+        self.assertIn("\x1b", on_terminal("decode", file, env={"NO_COLOR": ""})[1])
+        self.assertIn(b"\x1b", run("decode", "--color", "always", file).stdout)
+        self.assertNotIn(b"\x1b", run("decode", file).stdout)
+
+    def test_faults_are_named(self):
+        good = bytearray(self.block())
+        flipped = bytearray(good)
+        flipped[27] ^= 4
+        reserved = bytearray(good)
+        reserved[40] = 7
+        selector = bytearray(good)
+        selector[33] = 2
+        faults = {"flipped_bit": flipped, "swapped": good[1::-1] + good[2:], "cut": good[:30],
+                  "reserved": reserved, "selector": selector}
+        for name, block in faults.items():
+            result = run("decode", "-", stdin=bytes(block))
+            self.assertEqual(result.returncode, 1, name)
+            self.golden(f"decode.{name}", result.stdout)
+
+    def test_no_text_for_a_bad_block(self):
+        result = run("decode", "--format", "text", "-", stdin=bytes(82))
+        self.assertEqual((result.returncode, result.stdout), (1, b""))
+        self.assertIn(b"no text makes this block", result.stderr)
+
+    def test_what_is_no_block(self):
+        self.fails(run("decode", "-"), "no block: the input is empty")
+        self.fails(run("decode", "-", stdin=bytes(83)), "no block: 83 bytes, a block has 82")
+        self.fails(run("decode", "/dev/zero"), "/dev/zero is too large for a block")
+        self.fails(run("decode", "/no/such"), "cannot open /no/such: No such file or directory")
+        self.fails(run("decode", self.folder),
+                   f"cannot read {self.folder}: Is a directory")
+
+    def test_any_bytes(self):
+        for seed in range(200):
+            block = bytes((seed * 7 + i * i * 31) % 256 for i in range(seed))
+            result = run("decode", "--format", ("table", "text", "json")[seed % 3], "-", stdin=block)
+            self.assertIn(result.returncode, (1, 2), seed)
+            self.assertLessEqual(result.stderr.count(b"\n"), 1)
+
+
+class Usage(CommandTest):
+    def test_help_of_every_command(self):
+        result = run("--help")
+        self.assertEqual((result.returncode, result.stderr), (0, b""))
+        self.golden("help", result.stdout)
+
+    def test_wrong_usage_is_status_2(self):
+        for arguments in ([], ["nonsense"], ["decode"], ["build", "--nonsense"],
+                          ["build", "--format", "sarif"], ["build", "--capacity", "-1"],
+                          ["build", "--color", "red"], ["decode", "a", "b"]):
+            result = run(*arguments)
+            self.assertEqual((result.returncode, result.stdout), (2, b""), arguments)
+            self.assertEqual(result.stderr.count(b"\n"), 1, result.stderr)
+
+
+if __name__ == "__main__":
+    unittest.main()

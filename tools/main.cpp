@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <fcntl.h>
+
+#include <cstdio>
+#include <exception>
+
+#include "tools/command_line.h"
+#include "tools/log_sink.h"
+#include "tools/output_file.h"
+
+namespace {
+
+// A file opened later must not take the number of a closed standard stream: a result would end up
+// in it.
+void occupyClosedStreams() {
+  for (int stream = 0; stream <= 2; ++stream) {
+    if (fcntl(stream, F_GETFD) < 0) open("/dev/null", stream == 0 ? O_WRONLY : O_RDONLY);
+  }
+}
+
+int run(int argc, char** argv) {
+  const Request request = parseCommandLine(argc, argv);
+  const Options& options = request.options;
+  showLog(options.log && !options.quiet);
+  const Outcome outcome = request.command(options, Paint(wantsColour(options)));
+  if (!outcome.remark.empty() && !options.quiet) {
+    std::fprintf(stderr, "%s%s\n", kErrorPrefix, outcome.remark.c_str());
+  }
+  if (outcome.result.has_value()) writeOutput(options.output, *outcome.result);
+  return outcome.status;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  occupyClosedStreams();
+  try {
+    return run(argc, argv);
+  } catch (const std::exception& e) {
+    std::fprintf(stderr, "%s%s\n", kErrorPrefix, printable(e.what()).c_str());
+    return kTrouble;
+  }
+}

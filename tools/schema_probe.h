@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "grammar/ast_root.h"
+#include "schema/antenna_selection.h"
+
+// What one line does to a schema's tree.
+struct LineEffect {
+  enum class Kind {
+    Dropped,  // No parameter takes it.
+    Comment,  // The tree says so.
+    Sets,     // It sets `parameter`.
+    Fails,    // It names `parameter`, but its value ends the reading of the file.
+  };
+  Kind kind = Kind::Dropped;
+  size_t parameter = 0;
+  std::string value;  // As the tree prints it.
+  std::string error;  // As the tree throws it.
+};
+
+// Asks a schema's own tree what it accepts. A tree without values names all its parameters as
+// missing; after a line, the name that is gone is the parameter that the line set. So nothing about
+// the language or the keys is known here.
+class SchemaProbe {
+ public:
+  using MakeTree = std::function<std::unique_ptr<AstRoot>()>;
+  explicit SchemaProbe(MakeTree make_tree);
+
+  // The keys of all parameters, in the tree's order.
+  const std::vector<std::string>& keys() const { return keys_; }
+
+  LineEffect feed(const std::string& line) const;
+
+  // The parameter that the line names, whatever its value.
+  std::optional<size_t> parameterNamedIn(const std::string& line) const;
+
+  // The largest number that the parameter takes; nothing for one that is a text.
+  std::optional<uint32_t> largestNumber(size_t parameter) const;
+
+ private:
+  std::optional<size_t> parameterSetIn(AstRoot& tree) const;
+  std::string valueIn(const AstRoot& tree) const;
+
+  const MakeTree make_tree_;
+  std::vector<std::string> keys_;
+  std::string print_;  // Of a tree without values.
+  mutable std::unique_ptr<AstRoot> fresh_;
+};
+
+// The probe of the two keys that name the antennas.
+SchemaProbe selectionProbe();
+
+// The probe of the full calibration for these antennas.
+SchemaProbe calibrationProbe(const antenna_selection& selection);
