@@ -31,8 +31,8 @@ std::string line(const std::string& key, const std::string& value) {
 }
 
 std::string selectionLines(const antenna_selection& names) {
-  const std::vector<std::string> keys = selectionProbe().keys();
-  return line(keys.at(0), names.ch5) + line(keys.at(1), names.ch9);
+  const SchemaProbe probe = selectionProbe();
+  return line(probe.keys().at(0), names.ch5) + line(probe.keys().at(1), names.ch9);
 }
 
 }  // namespace

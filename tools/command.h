@@ -21,6 +21,8 @@ struct Options {
   bool log = false;
   bool to_terminal = false;  // The result goes to a terminal.
   std::vector<std::string> operands;
+  std::vector<std::string> error_rules;
+  std::vector<std::string> ignored_rules;
 };
 
 // What a subcommand leaves: the exit status, the result for the output, if any, and a line for the
@@ -37,3 +39,5 @@ constexpr int kTrouble = 2;   // Wrong usage or unreadable input.
 
 Outcome build(const Options& options, const Paint& paint);
 Outcome decode(const Options& options, const Paint& paint);
+Outcome lint(const Options& options, const Paint& paint);
+Outcome explain(const Options& options, const Paint& paint);

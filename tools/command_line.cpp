@@ -7,6 +7,7 @@
 #include <cstdlib>
 
 #include "tools/block_fields.h"
+#include "tools/lint/rules.h"
 
 namespace {
 
@@ -42,6 +43,20 @@ const std::vector<Subcommand>& subcommands() {
        "  echo 'da35 0000 ...' | tarnix-uwb-params decode -\n"
        "  tarnix-uwb-params decode --format text block.bin > calib.conf\n"
        "The format text is a calibration text that makes the same block."},
+      {"lint",
+       "Find what the text language passes over in silence",
+       lint,
+       {"text", "json", "sarif", "github"},
+       "  tarnix-uwb-params lint --root out/target\n"
+       "  tarnix-uwb-params lint --root out/target --country US --error unknown-key\n"
+       "  tarnix-uwb-params lint --root out/target --format sarif -o lint.sarif\n"
+       "Without --country every country that the tree has files for is looked at, and none.\n"
+       "Notes alone leave the exit status 0."},
+      {"explain",
+       "Say for each field of the block which line set it",
+       explain,
+       {"text", "json"},
+       "  tarnix-uwb-params explain --root out/target --country DE"},
   };
   return all;
 }
@@ -59,12 +74,13 @@ void addCommonOptions(CLI::App& app, const Subcommand& subcommand, Options& opti
   app.add_flag("-q,--quiet", options.quiet, "Only failures on the standard error");
 }
 
-void addTreeOptions(CLI::App& app, Options& options) {
+void addTreeOptions(CLI::App& app, const Subcommand& subcommand, Options& options) {
   app.add_option("--root", options.root, "A target's file tree: paths and links are inside it");
   app.add_option("--country", options.country, "The country code; '' for none");
   app.add_option("--path-file", options.path_file, "One more path file, tried first");
   app.add_flag("--log", options.log, "Show the library's log on the standard error");
-  app.add_option("--library", options.library, "The shared library to load");
+  const bool calls_library = subcommand.command != lint && subcommand.command != explain;
+  if (calls_library) app.add_option("--library", options.library, "The shared library to load");
 }
 
 void addOwnOptions(CLI::App& app, const Subcommand& subcommand, Options& options) {
@@ -75,6 +91,16 @@ void addOwnOptions(CLI::App& app, const Subcommand& subcommand, Options& options
     app.add_option("BLOCK", options.operands, "Raw bytes or hexadecimal text; - for standard input")
         ->required()
         ->expected(1);
+  } else if (subcommand.command == lint) {
+    const CLI::IsMember rule_names(ruleNames());
+    app.add_option("--error", options.error_rules, "Take this rule's findings as errors")
+        ->expected(1)
+        ->take_all()
+        ->check(rule_names);
+    app.add_option("--ignore", options.ignored_rules, "Leave out this rule's findings")
+        ->expected(1)
+        ->take_all()
+        ->check(rule_names);
   }
 }
 
@@ -82,7 +108,7 @@ void addSubcommand(CLI::App& app, const Subcommand& subcommand, Options& options
   CLI::App* const sub = app.add_subcommand(subcommand.name, subcommand.summary);
   sub->footer(std::string("Examples:\n") + subcommand.examples + "\n" + kExitStatus);
   addOwnOptions(*sub, subcommand, options);
-  if (readsTree(subcommand)) addTreeOptions(*sub, options);
+  if (readsTree(subcommand)) addTreeOptions(*sub, subcommand, options);
   addCommonOptions(*sub, subcommand, options);
 }
 

@@ -33,7 +33,8 @@ class SchemaProbe {
   explicit SchemaProbe(MakeTree make_tree);
 
   // The keys of all parameters, in the tree's order.
-  const std::vector<std::string>& keys() const { return keys_; }
+  const std::vector<std::string>& keys() const& { return keys_; }
+  const std::vector<std::string>& keys() const&& = delete;
 
   LineEffect feed(const std::string& line) const;
 

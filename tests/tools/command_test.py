@@ -12,6 +12,7 @@ from pathlib import Path
 HERE = Path(__file__).resolve().parent
 PROJECT = HERE.parents[1]
 EXAMPLES = PROJECT / "examples"
+SCENARIOS = PROJECT / "tests/scenarios"
 GOLDEN = HERE / "golden"
 COMMAND = os.environ["COMMAND"]
 
@@ -263,6 +264,101 @@ class Decode(CommandTest):
             result = run("decode", "--format", ("table", "text", "json")[seed % 3], "-", stdin=block)
             self.assertIn(result.returncode, (1, 2), seed)
             self.assertLessEqual(result.stderr.count(b"\n"), 1)
+
+
+class Explain(CommandTest):
+    def test_every_format(self):
+        for form in ("text", "json"):
+            result = run("explain", "--root", EXAMPLES, "--country", "DE", "--format", form)
+            self.assertEqual((result.returncode, result.stderr), (0, b""))
+            self.golden(f"explain.{form}", result.stdout)
+
+    def test_log_of_the_library_on_request(self):
+        result = run("explain", "--root", EXAMPLES, "--country", "DE", "--log")
+        self.assertIn(b"I Parsing full calibration\n", result.stderr)
+        self.assertEqual(run("explain", "--root", EXAMPLES, "--log", "--quiet").stderr, b"")
+
+    def explain_scenario(self, name, *options):
+        root = SCENARIOS / name / "root"
+        result = run("explain", "--root", root, *options)
+        self.assertEqual(result.stderr, b"")
+        return result
+
+    def test_shared_antenna_names_the_copied_wiring(self):
+        result = self.explain_scenario("shared_antenna")
+        self.assertEqual(result.returncode, 0)
+        self.golden("explain.shared_antenna", result.stdout)
+
+    def test_lines_behind_an_error_are_lost(self):
+        result = self.explain_scenario("values_before_a_syntax_error_are_kept")
+        self.golden("explain.lost", result.stdout)
+
+    def test_no_calibration_is_status_1_and_says_why(self):
+        result = self.explain_scenario("missing_parameters_named_in_tree_order")
+        self.assertEqual(result.returncode, 1)
+        self.golden("explain.missing", result.stdout)
+        result = self.explain_scenario("bad_gpio_on_both")
+        self.assertEqual(result.returncode, 1)
+        self.assertIn(b"no block: GPIO value must be 0 or 1\n", result.stdout)
+        result = run("explain", "--root", self.folder)
+        self.assertEqual(result.returncode, 1)
+        self.assertEqual(result.stdout, b"no country code, no path file names a calibration file "
+                                        b"that can be read\n")
+
+
+class AnyTree(CommandTest):
+    """Trees with every trap that the loader's tests know."""
+
+    def trees(self):
+        for folder in sorted(SCENARIOS.iterdir()):
+            for root in sorted(folder.glob("root*")):
+                for country in ("", "FR", "eu/de.v2"):
+                    yield root, ("--root", root, "--country", country)
+
+    def winning_lines(self, explanation):
+        parameters = explanation["selection"] + [
+            parameter for field in explanation["fields"] for parameter in field["parameters"]]
+        return [parameter["set_by"]["text"] for parameter in parameters]
+
+    def test_explain_agrees_with_build(self):
+        """The winning lines alone, as one file, make the same block."""
+        etc = self.folder / "vendor/etc"
+        etc.mkdir(parents=True)
+        (etc / "uwb_calib_paths.conf").write_text("/winners.conf\n")
+        compared = 0
+        for root, options in self.trees():
+            with self.subTest(root=root, options=options):
+                built = run("build", "-q", *options)
+                explained = run("explain", "--format", "json", *options)
+                self.assertEqual(explained.returncode, built.returncode)
+                explanation = json.loads(explained.stdout)
+                self.assertEqual(explanation["valid"], built.returncode == 0)
+                if not explanation["valid"]:
+                    continue
+                block = b"".join(bytes.fromhex(field["bytes"]) for field in explanation["fields"])
+                reserved_out = built.stdout[:22] + built.stdout[26:28] + built.stdout[31:39]
+                self.assertEqual(block, reserved_out)
+                lines = self.winning_lines(explanation)
+                (self.folder / "winners.conf").write_text("".join(f"{line}\n" for line in lines))
+                again = run("build", "-q", "--root", self.folder)
+                self.assertEqual(again.stdout, built.stdout)
+                compared += 1
+        self.assertGreater(compared, 60)
+
+    def test_lint_never_fails(self):
+        forms = ("text", "json", "sarif", "github")
+        for index, (root, options) in enumerate(self.trees()):
+            with self.subTest(root=root, options=options):
+                result = run("lint", "--format", forms[index % len(forms)], *options)
+                self.assertIn(result.returncode, (0, 1))
+                self.assertEqual(result.stderr, b"")
+                result.stdout.decode()
+
+    def test_lint_finds_a_reason_wherever_there_is_no_block(self):
+        for root, options in self.trees():
+            with self.subTest(root=root, options=options):
+                if run("build", "-q", *options).returncode == 1:
+                    self.assertEqual(run("lint", *options).returncode, 1)
 
 
 class Usage(CommandTest):

@@ -1,0 +1,178 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <algorithm>
+
+#include "tools/lint/checks.h"
+#include "tools/text.h"
+
+namespace {
+
+using Kind = LineEffect::Kind;
+
+constexpr char kBlanks[] = " \t\v\f\r";
+
+std::string withoutBlanks(std::string text) {
+  text.erase(std::remove_if(text.begin(), text.end(),
+                            [](char c) {
+                              return c != '\0' && std::string(kBlanks).find(c) != std::string::npos;
+                            }),
+             text.end());
+  return text;
+}
+
+bool isIgnored(const std::string& text) {
+  static const SchemaProbe probe = selectionProbe();
+  return probe.feed(text + "=1").kind == Kind::Comment;
+}
+
+// Levenshtein's distance, given up beyond `limit`.
+size_t distance(const std::string& a, const std::string& b, size_t limit) {
+  if (std::max(a.size(), b.size()) - std::min(a.size(), b.size()) > limit) return limit + 1;
+  std::vector<size_t> row(b.size() + 1);
+  for (size_t j = 0; j < row.size(); ++j) row[j] = j;
+  for (size_t i = 1; i <= a.size(); ++i) {
+    size_t diagonal = row[0];
+    row[0] = i;
+    for (size_t j = 1; j < row.size(); ++j) {
+      const size_t replaced = diagonal + (a[i - 1] == b[j - 1] ? 0 : 1);
+      diagonal = row[j];
+      row[j] = std::min({row[j] + 1, row[j - 1] + 1, replaced});
+    }
+  }
+  return row.back();
+}
+
+// The key that was probably meant; empty when none is near.
+std::string nearestKey(const LoadTrace& trace, const std::string& key) {
+  size_t best = std::max<size_t>(2, std::min<size_t>(key.size() / 4, 6)) + 1;
+  std::string nearest;
+  for (const TracedParameter& parameter : trace.parameters) {
+    const size_t d = distance(key, parameter.key, best);
+    if (d >= best) continue;
+    best = d;
+    nearest = parameter.key;
+  }
+  return nearest;
+}
+
+// Asks the trees of this load.
+class Trees {
+ public:
+  explicit Trees(const LoadTrace& trace)
+      : selection_(selectionProbe()), calibration_(calibrationProbe(trace.selection)) {}
+
+  bool take(const std::string& line) const {
+    return names(selection_.feed(line)) || names(calibration_.feed(line));
+  }
+
+ private:
+  static bool names(const LineEffect& effect) {
+    return effect.kind == Kind::Sets || effect.kind == Kind::Fails;
+  }
+
+  const SchemaProbe selection_;
+  const SchemaProbe calibration_;
+};
+
+// Looks at assignments that set nothing.
+class DroppedLine {
+ public:
+  DroppedLine(const LoadTrace& trace, const Trees& trees, const LineRef& ref)
+      : trace_(trace),
+        trees_(trees),
+        ref_(ref),
+        text_(trace.at(ref).text),
+        equal_(text_.find('=')) {}
+
+  void check(Findings& findings) const {
+    const std::string key = withoutBlanks(text_.substr(0, equal_));
+    if (key == text_.substr(0, equal_) || !trees_.take(key + text_.substr(equal_))) {
+      checkKey(key, findings);
+      return;
+    }
+    checkLeadingBlank(findings);
+    checkBlankBeforeEqual(findings);
+    checkInnerBlank(key, findings);
+  }
+
+ private:
+  void checkKey(const std::string& key, Findings& findings) const {
+    const std::string nearest = nearestKey(trace_, key);
+    // Without the antennas' names, a key that begins with one cannot be judged.
+    if (nearest.empty() && !trace_.selected && key.find('.') != key.npos) return;
+    std::string message = "no parameter has the key '" + key + "'";
+    if (!nearest.empty()) message += "; did you mean '" + nearest + "'?";
+    findings.add("unknown-key", placeIn(trace_, ref_, blanksAt(text_, 0) + 1), message);
+  }
+
+  void checkLeadingBlank(Findings& findings) const {
+    if (blanksAt(text_, 0) == 0) return;
+    findings.add("leading-blank", placeIn(trace_, ref_),
+                 "a blank before the key: the line sets nothing");
+  }
+
+  void checkBlankBeforeEqual(Findings& findings) const {
+    const size_t end = text_.find_last_not_of(kBlanks, equal_ - 1) + 1;
+    if (end == equal_) return;
+    findings.add("blank-before-equal", placeIn(trace_, ref_, end + 1),
+                 "a blank before '=': the line sets nothing");
+  }
+
+  // A blank whose left side is not needed is one after the mark; any other one splits the key.
+  void checkInnerBlank(const std::string& key, Findings& findings) const {
+    const size_t begin = blanksAt(text_, 0);
+    const size_t blank = text_.find_first_of(kBlanks, begin);
+    if (blank >= equal_ || blank + blanksAt(text_, blank) == equal_) return;
+    const std::string rest = withoutBlanks(text_.substr(blank, equal_ - blank));
+    if (trees_.take(rest + text_.substr(equal_))) {
+      findings.add(
+          "blank-after-ccc", placeIn(trace_, ref_, blank + 1),
+          "a blank after " + text_.substr(begin, blank - begin) + ": the line sets nothing");
+    } else {
+      findings.add("unknown-key", placeIn(trace_, ref_, blank + 1),
+                   "a blank inside the key '" + key + "': the line sets nothing");
+    }
+  }
+
+  const LoadTrace& trace_;
+  const Trees& trees_;
+  const LineRef ref_;
+  const std::string& text_;
+  const size_t equal_;
+};
+
+void checkTextWithoutEqual(const LoadTrace& trace, const LineRef& ref, Findings& findings) {
+  const std::string& text = trace.at(ref).text;
+  if (withoutBlanks(text).empty() || beginsComment(text)) return;
+  findings.add("no-equal", placeIn(trace, ref, blanksAt(text, 0) + 1),
+               "neither an assignment nor a comment: the line sets nothing");
+}
+
+}  // namespace
+
+Place placeIn(const LoadTrace& trace, const LineRef& ref, size_t column) {
+  return {trace.files[ref.file].path, trace.at(ref).number, column, trace.at(ref).text};
+}
+
+bool beginsComment(const std::string& text) {
+  const std::string compact = withoutBlanks(text.substr(0, text.find('=')));
+  if (compact.empty()) return false;
+  if (isIgnored(compact.substr(0, 1))) return true;
+  return compact.size() > 1 && isIgnored(compact.substr(0, 2)) && !isIgnored(compact.substr(1, 1));
+}
+
+size_t blanksAt(const std::string& text, size_t at) {
+  return std::min(text.find_first_not_of(kBlanks, at), text.size()) - std::min(at, text.size());
+}
+
+void checkLines(const LoadTrace& trace, Findings& findings) {
+  const Trees trees(trace);
+  forEachLine(trace, [&](const LineRef& ref, const TracedLine& line) {
+    if (line.names()) return;
+    const bool assignment = line.text.find('=') != line.text.npos;
+    if (assignment && line.effect.kind == Kind::Dropped) {
+      DroppedLine(trace, trees, ref).check(findings);
+    } else {
+      checkTextWithoutEqual(trace, ref, findings);
+    }
+  });
+}

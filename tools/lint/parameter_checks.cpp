@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <cstdlib>
+
+#include "tools/lint/checks.h"
+#include "tools/selector_code.h"
+#include "tools/text.h"
+
+namespace {
+
+// Where the value of the line begins.
+Place valuePlace(const LoadTrace& trace, const LineRef& ref) {
+  const std::string& text = trace.at(ref).text;
+  const size_t after = text.find('=') + 1;
+  return placeIn(trace, ref, after + blanksAt(text, after) + 1);
+}
+
+void checkWiring(const LoadTrace& trace, const TracedParameter& parameter, Findings& findings) {
+  if (!parameter.place.has_value() || parameter.settings.empty()) return;
+  const LineRef winner = parameter.settings.back();
+  const auto value =
+      static_cast<uint8_t>(std::strtoul(trace.at(winner).effect.value.c_str(), nullptr, 10));
+  const size_t offset = parameter.place->record_offset;
+  if (isOneOf(kWiringLines, offset) && !isSelectorLine(value)) {
+    findings.add("selector-line", valuePlace(trace, winner),
+                 "GPIO " + std::to_string(value) +
+                     " is no selector line: the conversion fails on the device");
+  } else if (isOneOf(kWiringLevels, offset) && !isSelectorLevel(value)) {
+    findings.add("selector-level", valuePlace(trace, winner),
+                 std::to_string(value) + " is no level: the conversion fails on the device");
+  } else if (isOneOf(kWiringPorts, offset) && value == UINT8_MAX) {
+    findings.add("port-255", valuePlace(trace, winner),
+                 "ports are counted from 1 in the block, so 255 wraps around to 0");
+  }
+}
+
+void checkOverridden(const LoadTrace& trace, const TracedParameter& parameter, Findings& findings) {
+  for (size_t i = 1; i < parameter.settings.size(); ++i) {
+    const LineRef& earlier = parameter.settings[i - 1];
+    const LineRef& later = parameter.settings[i];
+    if (earlier.file == later.file) {
+      findings.add("duplicate-key", placeIn(trace, later),
+                   "'" + parameter.key + "' has a value in line " +
+                       std::to_string(trace.at(earlier).number) + " already; this one wins");
+    } else {
+      findings.add("overridden-value", placeIn(trace, earlier),
+                   "'" + parameter.key + "' is set again in " + trace.placeOf(later));
+    }
+  }
+}
+
+void checkMissing(const LoadTrace& trace, Findings& findings) {
+  // What is not there has no line: the last file is where it may still be added.
+  const Place place{trace.files.back().path, 1, 1, {}};
+  for (const std::string& key : trace.missing) {
+    findings.add("missing-key", place,
+                 "no line sets '" + key + "', neither here nor in the files before");
+  }
+}
+
+}  // namespace
+
+void checkParameters(const LoadTrace& trace, Findings& findings) {
+  for (const TracedParameter& parameter : trace.parameters) {
+    checkWiring(trace, parameter, findings);
+    checkOverridden(trace, parameter, findings);
+  }
+  if (trace.decided) checkMissing(trace, findings);
+}

@@ -1,0 +1,144 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tools/lint/checks.h"
+#include "tools/number_spelling.h"
+#include "tools/text.h"
+
+namespace {
+
+using Kind = LineEffect::Kind;
+
+// The keys that the file sets behind a line that ends its reading.
+std::vector<std::string> keysLostBehind(const LoadTrace& trace, const LineRef& ref) {
+  std::vector<std::string> keys;
+  const std::vector<TracedLine>& lines = trace.files[ref.file].lines;
+  for (size_t i = ref.line + 1; i < lines.size(); ++i) {
+    if (lines[i].lost && lines[i].pass == trace.at(ref).pass) {
+      keys.push_back("'" + trace.parameterOf(lines[i]).key + "'");
+    }
+  }
+  return keys;
+}
+
+std::string lossText(const LoadTrace& trace, const LineRef& ref) {
+  const std::vector<std::string> keys = keysLostBehind(trace, ref);
+  return keys.empty() ? "nothing behind it in this file is lost"
+                      : "the rest of the file is lost: " + joined(keys, ", ");
+}
+
+// The value of one line that names a parameter.
+class LineValue {
+ public:
+  LineValue(const LoadTrace& trace, const LineRef& ref)
+      : trace_(trace),
+        ref_(ref),
+        line_(trace.at(ref)),
+        parameter_(trace.parameterOf(line_)),
+        at_(valueStart(line_.text)),
+        text_(line_.text.substr(at_)),
+        spelling_(spellingOf(text_)) {}
+
+  void check(Findings& findings) const {
+    if (!parameter_.largest.has_value()) {
+      checkWord(findings);
+    } else if (spelling_.number.empty()) {
+      // A name with a '=' in it can move the value; only the tree's word counts.
+      if (line_.effect.kind == Kind::Fails) addUnreadable("a number", findings);
+    } else {
+      checkNumber(findings);
+    }
+  }
+
+ private:
+  static size_t valueStart(const std::string& line) {
+    const size_t after = line.find('=') + 1;
+    return after + blanksAt(line, after);
+  }
+
+  Place place(size_t offset = 0) const { return placeIn(trace_, ref_, at_ + offset + 1); }
+
+  void addUnreadable(const std::string& what, Findings& findings) const {
+    findings.add("unreadable-value", place(),
+                 "'" + parameter_.key + "' takes " + what + "; " + lossText(trace_, ref_));
+  }
+
+  void checkWord(Findings& findings) const {
+    if (line_.effect.kind == Kind::Fails) {
+      addUnreadable("a word", findings);
+    } else {
+      checkTextBehind(line_.effect.value.size(), findings);
+    }
+  }
+
+  void checkNumber(Findings& findings) const {
+    if (!fits()) {
+      findings.add("out-of-range", place(),
+                   "'" + parameter_.key + "' takes 0 to " + std::to_string(*parameter_.largest) +
+                       "; " + lossText(trace_, ref_));
+      return;
+    }
+    if (!spelling_.readAlike()) {
+      findings.add("number-spelling", place(),
+                   "the device refuses '" + spelling_.gathered +
+                       "' and loses the rest of the file; "
+                       "libstdc++ takes it for " +
+                       spelling_.number);
+    } else {
+      checkTextBehind(spelling_.number.size(), findings);
+    }
+    checkSign(findings);
+    checkBase(findings);
+  }
+
+  // Whether the parameter takes the number, were it followed by a blank.
+  bool fits() const {
+    const SchemaProbe probe =
+        parameter_.pass == Pass::Selection ? selectionProbe() : calibrationProbe(trace_.selection);
+    const std::string alone = line_.text.substr(0, at_) + spelling_.number;
+    return probe.feed(alone).kind == Kind::Sets;
+  }
+
+  void checkSign(Findings& findings) const {
+    if (spelling_.number[0] != '-') return;
+    findings.add("negative-number", place(),
+                 "'" + spelling_.number + "' wraps around to " + printedNumber());
+  }
+
+  void checkBase(Findings& findings) const {
+    const size_t digits = spelling_.number.find_first_of("0123456789");
+    const bool octal = spelling_.number[digits] == '0' && spelling_.number.size() > digits + 1 &&
+                       (spelling_.number[digits + 1] | 0x20) != 'x';
+    if (!octal) return;
+    findings.add("octal-number", place(),
+                 "'" + spelling_.number + "' is octal: it is read as " + printedNumber());
+  }
+
+  // As the tree has it, without the hexadecimal form.
+  std::string printedNumber() const {
+    return line_.effect.value.substr(0, line_.effect.value.find(' '));
+  }
+
+  void checkTextBehind(size_t value_size, Findings& findings) const {
+    if (value_size > text_.size()) return;
+    const std::string behind = text_.substr(value_size);
+    const size_t blanks = blanksAt(behind, 0);
+    if (blanks == behind.size() || beginsComment(behind)) return;
+    findings.add("text-after-value", place(value_size + blanks),
+                 "'" + parameter_.key + "' is " + printedNumber() + "; what follows is not read");
+  }
+
+  const LoadTrace& trace_;
+  const LineRef ref_;
+  const TracedLine& line_;
+  const TracedParameter& parameter_;
+  const size_t at_;
+  const std::string text_;
+  const NumberSpelling spelling_;
+};
+
+}  // namespace
+
+void checkValues(const LoadTrace& trace, Findings& findings) {
+  forEachLine(trace, [&](const LineRef& ref, const TracedLine& line) {
+    if (line.names()) LineValue(trace, ref).check(findings);
+  });
+}
