@@ -41,3 +41,5 @@ Outcome build(const Options& options, const Paint& paint);
 Outcome decode(const Options& options, const Paint& paint);
 Outcome lint(const Options& options, const Paint& paint);
 Outcome explain(const Options& options, const Paint& paint);
+Outcome matrix(const Options& options, const Paint& paint);
+Outcome diff(const Options& options, const Paint& paint);

@@ -57,6 +57,18 @@ const std::vector<Subcommand>& subcommands() {
        explain,
        {"text", "json"},
        "  tarnix-uwb-params explain --root out/target --country DE"},
+      {"matrix",
+       "Compare the blocks of all countries that the tree has files for",
+       matrix,
+       {"text", "json"},
+       "  tarnix-uwb-params matrix --root out/target"},
+      {"diff",
+       "Compare two blocks or two trees, field by field",
+       diff,
+       {"text", "json"},
+       "  tarnix-uwb-params diff old.bin new.bin\n"
+       "  tarnix-uwb-params diff --country US out/old out/new\n"
+       "A folder is a target's file tree; anything else is a block."},
   };
   return all;
 }
@@ -75,8 +87,12 @@ void addCommonOptions(CLI::App& app, const Subcommand& subcommand, Options& opti
 }
 
 void addTreeOptions(CLI::App& app, const Subcommand& subcommand, Options& options) {
-  app.add_option("--root", options.root, "A target's file tree: paths and links are inside it");
-  app.add_option("--country", options.country, "The country code; '' for none");
+  if (subcommand.command != diff) {
+    app.add_option("--root", options.root, "A target's file tree: paths and links are inside it");
+  }
+  if (subcommand.command != matrix) {
+    app.add_option("--country", options.country, "The country code; '' for none");
+  }
   app.add_option("--path-file", options.path_file, "One more path file, tried first");
   app.add_flag("--log", options.log, "Show the library's log on the standard error");
   const bool calls_library = subcommand.command != lint && subcommand.command != explain;
@@ -91,6 +107,8 @@ void addOwnOptions(CLI::App& app, const Subcommand& subcommand, Options& options
     app.add_option("BLOCK", options.operands, "Raw bytes or hexadecimal text; - for standard input")
         ->required()
         ->expected(1);
+  } else if (subcommand.command == diff) {
+    app.add_option("A_B", options.operands, "Two blocks or two trees")->required()->expected(2);
   } else if (subcommand.command == lint) {
     const CLI::IsMember rule_names(ruleNames());
     app.add_option("--error", options.error_rules, "Take this rule's findings as errors")
@@ -110,6 +128,20 @@ void addSubcommand(CLI::App& app, const Subcommand& subcommand, Options& options
   addOwnOptions(*sub, subcommand, options);
   if (readsTree(subcommand)) addTreeOptions(*sub, subcommand, options);
   addCommonOptions(*sub, subcommand, options);
+}
+
+// The words of the command line, last first, as CLI11 takes them. It would let the next word be the
+// value of `--country=`, so that is made two words here.
+std::vector<std::string> wordsOf(int argc, char** argv) {
+  std::vector<std::string> words;
+  for (int i = 1; i < argc; ++i) {
+    std::string word = argv[i];
+    const bool no_value = word.size() > 3 && word.compare(0, 2, "--") == 0 && word.back() == '=';
+    if (no_value) word.pop_back();
+    words.push_back(word);
+    if (no_value) words.emplace_back();
+  }
+  return {words.rbegin(), words.rend()};
 }
 
 Request helpRequest(const CLI::App& app) {
@@ -148,7 +180,7 @@ Request parseCommandLine(int argc, char** argv) {
   app.footer(std::string("See 'tarnix-uwb-params COMMAND --help' for each.\n") + kExitStatus);
   for (const Subcommand& subcommand : subcommands()) addSubcommand(app, subcommand, options);
   try {
-    app.parse(argc, argv);
+    app.parse(wordsOf(argc, argv));
   } catch (const CLI::CallForHelp&) {
     return helpRequest(chosenApp(app));
   } catch (const CLI::ParseError& e) {

@@ -29,7 +29,11 @@ int openDirectory(const char* path) {
 
 void enterTargetRoot(const std::string& directory) {
   bool entered = changeRoot(directory);
-  if (!entered && errno == EPERM && unshare(CLONE_NEWUSER) == 0) entered = changeRoot(directory);
+  if (!entered && errno == EPERM) {
+    entered = unshare(CLONE_NEWUSER) == 0 && changeRoot(directory);
+    // Why there is no user namespace is of no help: the kernel does not let us.
+    if (!entered) errno = EPERM;
+  }
   if (!entered || chdir("/") != 0) throw lastError("cannot make " + directory + " the root");
 }
 

@@ -139,6 +139,25 @@ class Build(CommandTest):
         self.assertEqual((result.returncode, result.stdout), (0, b""))
         self.assertEqual((self.folder / "block").read_bytes(), self.block())
 
+    def test_country_may_be_empty_in_every_spelling(self):
+        for words in (["--country", ""], ["--country="], []):
+            result = run("build", *words, "--root", EXAMPLES, "--format", "binary")
+            self.assertEqual(result.stdout, self.block(""), words)
+
+    def test_refused_root_is_told_in_one_line(self):
+        # Neither the privilege to change the root nor a user namespace to have it in.
+        shell = ("echo 0 >/proc/sys/user/max_user_namespaces && exec setpriv --inh-caps=-all "
+                 f"--bounding-set=-all '{COMMAND}' build --root '{EXAMPLES}'")
+        result = subprocess.run(["unshare", "--user", "--map-root-user", "sh", "-c", shell],
+                                capture_output=True, check=False)
+        self.fails(result, f"cannot make {EXAMPLES} the root: Operation not permitted")
+
+    def test_root_without_privilege_is_in_a_user_namespace(self):
+        shell = f"exec setpriv --inh-caps=-all --bounding-set=-all '{COMMAND}' build -q --root '{EXAMPLES}'"
+        result = subprocess.run(["unshare", "--user", "--map-root-user", "sh", "-c", shell],
+                                capture_output=True, check=False)
+        self.assertEqual((result.stdout, result.stderr), (self.block(""), b""))
+
     def test_missing_root_is_told_in_one_line(self):
         self.fails(run("build", "--root", "/no/such"),
                    "cannot make /no/such the root: No such file or directory")
@@ -304,6 +323,91 @@ class Explain(CommandTest):
         self.assertEqual(result.returncode, 1)
         self.assertEqual(result.stdout, b"no country code, no path file names a calibration file "
                                         b"that can be read\n")
+
+
+class Matrix(CommandTest):
+    def test_every_format(self):
+        for form in ("text", "json"):
+            result = run("matrix", "--root", EXAMPLES, "--format", form)
+            self.assertEqual((result.returncode, result.stderr), (0, b""))
+            self.golden(f"matrix.{form}", result.stdout)
+
+    def test_a_country_without_a_block_is_status_1(self):
+        shutil.copytree(EXAMPLES, self.folder, dirs_exist_ok=True)
+        (self.folder / "vendor/etc/uwb/de/calib.conf").write_text("# No power measured.\n")
+        result = run("matrix", "--root", self.folder)
+        self.assertEqual(result.returncode, 1)
+        self.golden("matrix.incomplete", result.stdout)
+
+    def test_countries_in_file_names_and_none_without_files(self):
+        (self.folder / "vendor/etc").mkdir(parents=True)
+        (self.folder / "vendor/etc/calib_paths").write_text("/uwb/a.<country>.conf\nnone\n")
+        (self.folder / "uwb").mkdir()
+        for name in ("a.fr.conf", "a.IT.conf", "a..conf", "a.default.conf", "b.es.conf", "a.pl"):
+            (self.folder / "uwb" / name).write_text("")
+        result = run("matrix", "--root", self.folder, "--format", "json")
+        self.assertEqual(result.returncode, 1)
+        rows = json.loads(result.stdout)["countries"]
+        # Codes are lowered before they are looked for, so IT is never read.
+        self.assertEqual([row["country"] for row in rows], ["fr", "default", ""])
+
+    def test_log_is_that_of_the_device(self):
+        log = run("matrix", "--root", EXAMPLES, "--log").stderr.decode()
+        self.assertEqual(log.count("load_uwb_params_from_files entry"), 4)
+        self.assertEqual(log.count("Parsing full calibration"), 4)
+
+
+class Diff(CommandTest):
+    def setUp(self):
+        super().setUp()
+        self.a = self.folder / "a"
+        self.b = self.folder / "b"
+        self.a.write_bytes(self.block("US"))
+        self.b.write_bytes(self.block("DE"))
+
+    def test_blocks_that_differ(self):
+        for form in ("text", "json"):
+            result = run("diff", "--format", form, self.a, self.b)
+            self.assertEqual((result.returncode, result.stderr), (1, b""))
+            self.golden(f"diff.{form}", result.stdout)
+
+    def test_blocks_that_are_alike(self):
+        self.assertEqual(run("diff", self.a, self.a).returncode, 0)
+        self.assertEqual(run("diff", self.a, self.a).stdout, b"")
+
+    def test_one_block_from_standard_input(self):
+        result = run("diff", "-", self.b, stdin=self.a.read_bytes())
+        self.assertEqual(result.stdout, (GOLDEN / "diff.text").read_bytes())
+        self.fails(run("diff", "-", "-"), "only one of the two can be the standard input")
+
+    def test_two_trees(self):
+        tree = self.folder / "tree"
+        shutil.copytree(EXAMPLES, tree)
+        self.assertEqual(run("diff", "--country", "US", EXAMPLES, tree).returncode, 0)
+        common = tree / "vendor/etc/uwb/common.conf"
+        common.write_text(common.read_text().replace("edge.port=1", "edge.port=3"))
+        result = run("diff", "--country", "US", EXAMPLES, "tree", cwd=self.folder)
+        self.assertEqual(result.returncode, 1)
+        self.assertIn(b"ch9_port, offset 38\n- 02 = 2, port 1\n+ 04 = 4, port 3\n",
+                      result.stdout)
+
+    def test_a_tree_and_a_block(self):
+        self.assertEqual(run("diff", "--country", "DE", EXAMPLES, self.b).returncode, 0)
+
+    def test_a_cut_block_lacks_fields(self):
+        self.b.write_bytes(self.a.read_bytes()[:38])
+        result = run("diff", self.a, self.b)
+        self.assertEqual(result.returncode, 1)
+        self.golden("diff.cut", result.stdout)
+
+    def test_a_tree_without_a_calibration_is_status_1(self):
+        (self.folder / "empty").mkdir()
+        result = run("diff", "empty", self.a, cwd=self.folder)
+        self.assertEqual((result.returncode, result.stdout), (1, b""))
+        self.assertEqual(result.stderr, b"tarnix-uwb-params: no valid calibration in empty\n")
+
+    def test_what_is_no_block_is_status_2(self):
+        self.fails(run("diff", self.a, "/no/such"), "cannot open /no/such: No such file or directory")
 
 
 class AnyTree(CommandTest):

@@ -1,0 +1,140 @@
+# SPDX-License-Identifier: Apache-2.0
+"""Keeps true what is written about the command: examples, manual, completion, installation.
+
+UPDATE=1 rewrites the examples' output in the documents.
+"""
+import os
+import re
+import shutil
+import subprocess
+import unittest
+from pathlib import Path
+
+from command_test import COMMAND, EXAMPLES, PROJECT, CommandTest, run
+
+COMPLETION = PROJECT / "tools/completion"
+MANUAL = PROJECT / "tools/man/tarnix-uwb-params.1"
+SUBCOMMANDS = ("build", "decode", "lint", "explain", "matrix", "diff")
+# A session at a prompt: each command stands behind "$ ", its output below it.
+SESSION = re.compile(r"(?<=^```console\n).*?(?=^```$)", re.M | re.S)
+
+
+def help_of(subcommand):
+    return run(subcommand, "--help").stdout.decode()
+
+
+def options_of(subcommand):
+    return set(re.findall(r"^  (?:-\w,)?(--[a-z-]+)", help_of(subcommand), re.M))
+
+
+class Documents(CommandTest):
+    def replay(self, session):
+        """The session with what its commands print now."""
+        shown = ""
+        for command in re.findall(r"^\$ (.*)$", session, re.M):
+            path = f"{Path(COMMAND).parent}:{os.environ['PATH']}"
+            result = subprocess.run(["bash", "-c", command], cwd=self.folder, text=True,
+                                    stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
+                                    env={**os.environ, "PATH": path}, check=False)
+            shown += f"$ {command}\n{result.stdout}"
+        return shown
+
+    def check(self, document):
+        shutil.copytree(EXAMPLES, self.folder / "examples")
+        shutil.copytree(PROJECT / "tests/tools/lint", self.folder / "tests/tools/lint",
+                        symlinks=True)
+        text = document.read_text()
+        sessions = SESSION.findall(text)
+        now = SESSION.sub(lambda session: self.replay(session.group()), text)
+        if os.environ.get("UPDATE"):
+            document.write_text(now)
+        self.assertEqual(document.read_text(), now)
+        return sessions
+
+    def test_examples_of_the_command_are_true(self):
+        sessions = self.check(PROJECT / "docs/command.md")
+        for subcommand in SUBCOMMANDS:
+            self.assertTrue(any(f"$ tarnix-uwb-params {subcommand} " in s for s in sessions),
+                            subcommand)
+
+
+class Manual(CommandTest):
+    def test_has_every_subcommand_option_and_format(self):
+        manual = MANUAL.read_text()
+        for subcommand in SUBCOMMANDS:
+            self.assertIn(f".It Cm {subcommand}\n", manual)
+            for option in options_of(subcommand):
+                self.assertIn(f"Fl -{option[2:]} ", manual.replace("\n", " "), option)
+            formats = re.search(r"--format TEXT:{(.*?)}", help_of(subcommand)).group(1)
+            for form in formats.split(","):
+                self.assertRegex(manual, rf"\.Cm {form}\b")
+
+    def test_has_no_option_that_does_not_exist(self):
+        every = {"--root"}.union(*map(options_of, SUBCOMMANDS))
+        for option in re.findall(r"Fl -([a-z-]{2,})", MANUAL.read_text()):
+            self.assertIn(f"--{option}", every)
+
+    def test_is_well_formed(self):
+        result = subprocess.run(["groff", "-mdoc", "-ww", "-Tutf8", "-z", MANUAL],
+                                capture_output=True, text=True, check=False)
+        self.assertEqual((result.returncode, result.stderr), (0, ""))
+
+
+class Completion(CommandTest):
+    def bash(self, *words):
+        """What bash offers for the last word."""
+        script = (f'. "{COMPLETION}/tarnix-uwb-params.bash"; COMP_WORDS=("$@"); '
+                  'COMP_CWORD=$(($# - 1)); _tarnix_uwb_params; printf "%s\\n" "${COMPREPLY[@]}"')
+        shown = subprocess.run(["bash", "-c", script, "bash", COMMAND, *words],
+                               capture_output=True, text=True, check=True).stdout
+        return set(shown.split())
+
+    def zsh(self, subcommand, previous):
+        """The words that zsh chooses from."""
+        script = (f'source "{COMPLETION}/_tarnix-uwb-params"; _tarnix_uwb_params_words "$@"')
+        shown = subprocess.run(["zsh", "-f", "-c", script, "zsh", COMMAND, subcommand, previous],
+                               capture_output=True, text=True, check=True).stdout
+        return set(shown.split())
+
+    def test_bash_offers_the_subcommands(self):
+        self.assertEqual(self.bash(""), {*SUBCOMMANDS, "--help"})
+        self.assertEqual(self.bash("d"), {"decode", "diff"})
+
+    def test_bash_offers_the_options_of_the_subcommand(self):
+        for subcommand in SUBCOMMANDS:
+            self.assertEqual(self.bash(subcommand, "--"), options_of(subcommand))
+
+    def test_bash_offers_values(self):
+        self.assertEqual(self.bash("lint", "--format", ""), {"text", "json", "sarif", "github"})
+        self.assertEqual(self.bash("lint", "--error", "selector"),
+                         {"selector-line", "selector-level"})
+
+    def test_zsh_offers_the_same(self):
+        self.assertEqual(self.zsh("", ""), self.bash(""))
+        for subcommand in SUBCOMMANDS:
+            self.assertEqual(self.zsh(subcommand, ""), options_of(subcommand))
+        self.assertEqual(self.zsh("build", "--format"), self.bash("build", "--format", ""))
+
+
+class Installation(CommandTest):
+    def test_installed_command_finds_the_installed_library(self):
+        subprocess.run(["cmake", "--install", os.environ["BUILD"], "--prefix", self.folder],
+                       check=True, capture_output=True)
+        command = self.folder / "bin/tarnix-uwb-params"
+        maps = subprocess.run(["ldd", command], capture_output=True, text=True, check=True).stdout
+        self.assertNotIn("not found", maps)
+        library = next(self.folder.rglob("libtarnix_uwb_params_nfcc.so"))
+        trace = subprocess.run([command, "build", "--root", EXAMPLES, "--format", "hex"],
+                               env={**os.environ, "LD_DEBUG": "files"}, capture_output=True,
+                               text=True, check=True)
+        self.assertIn(str(library.name), trace.stderr)
+        loaded = re.findall(r"calling init: (\S*libtarnix\S*)", trace.stderr)
+        self.assertEqual([Path(path).resolve() for path in loaded], [library])
+        for name in ("man/man1/tarnix-uwb-params.1",
+                     "bash-completion/completions/tarnix-uwb-params",
+                     "zsh/site-functions/_tarnix-uwb-params"):
+            self.assertTrue((self.folder / "share" / name).is_file(), name)
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,159 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <gmock/gmock.h>
+
+#include "tools/number_spelling.h"
+#include "tools/schema_map.h"
+#include "tools/schema_probe.h"
+#include "tools/text.h"
+
+namespace {
+
+using Kind = LineEffect::Kind;
+
+struct SpellingRow {
+  const char* text;
+  const char* gathered;
+  const char* number;
+  bool alike;
+};
+
+std::ostream& operator<<(std::ostream& out, const SpellingRow& row) {
+  return out << '"' << row.text << '"';
+}
+
+class Spelling : public testing::TestWithParam<SpellingRow> {};
+
+TEST_P(Spelling, TellsWhatEachLibraryReads) {
+  const NumberSpelling spelling = spellingOf(GetParam().text);
+  EXPECT_EQ(spelling.gathered, GetParam().gathered);
+  EXPECT_EQ(spelling.number, GetParam().number);
+  EXPECT_EQ(spelling.readAlike(), GetParam().alike);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Alike, Spelling,
+    testing::Values(SpellingRow{"12", "12", "12", true}, SpellingRow{"12 ", "12", "12", true},
+                    SpellingRow{"12;b", "12", "12", true}, SpellingRow{"0", "0", "0", true},
+                    SpellingRow{"017", "017", "017", true},
+                    SpellingRow{"0x1F", "0x1F", "0x1F", true},
+                    SpellingRow{"0X1fG", "0X1f", "0X1f", true}, SpellingRow{"-5", "-5", "-5", true},
+                    SpellingRow{"+5-3", "+5", "+5", true}, SpellingRow{"1.5", "1", "1", true},
+                    SpellingRow{"", "", "", true}, SpellingRow{"0x", "0x", "", true},
+                    SpellingRow{"x1", "x1", "", true}, SpellingRow{"-", "-", "", true},
+                    SpellingRow{"- 5", "-", "", true}));
+
+INSTANTIATE_TEST_SUITE_P(Apart, Spelling,
+                         testing::Values(SpellingRow{"12b", "12b", "12", false},
+                                         SpellingRow{"08", "08", "0", false},
+                                         SpellingRow{"0179", "0179", "017", false},
+                                         SpellingRow{"1x1", "1x1", "1", false},
+                                         SpellingRow{"00x1", "00x1", "00", false},
+                                         SpellingRow{"0x1x", "0x1x", "0x1", false},
+                                         SpellingRow{"-5e", "-5e", "-5", false}));
+
+const antenna_selection kAntennas{"a", "b"};
+
+TEST(SchemaProbe, KeysAreThoseOfTheTree) {
+  EXPECT_THAT(selectionProbe().feed("ch9.antenna_selection=b").parameter, 1U);
+  const SchemaProbe probe = calibrationProbe(kAntennas);
+  EXPECT_EQ(probe.keys().size(), 21U);
+  EXPECT_EQ(calibrationProbe({"a", "a"}).feed("a.ch9.prf64.tx_power=1").kind, Kind::Sets);
+  EXPECT_THAT(probe.keys(), testing::Contains("b.ch9.prf64.pg_delay"));
+}
+
+TEST(SchemaProbe, TellsWhatALineDoes) {
+  const SchemaProbe probe = calibrationProbe(kAntennas);
+  EXPECT_EQ(probe.feed("xtal_trm=1").kind, Kind::Dropped);
+  EXPECT_EQ(probe.feed("").kind, Kind::Dropped);
+  EXPECT_EQ(probe.feed("# xtal_trim=1").kind, Kind::Comment);
+  const LineEffect sets = probe.feed("xtal_trim=0x1F ; factory");
+  EXPECT_EQ(sets.kind, Kind::Sets);
+  EXPECT_EQ(probe.keys()[sets.parameter], "xtal_trim");
+  EXPECT_EQ(sets.value, "31 (0x1f)");
+  const LineEffect fails = probe.feed("b.port=300");
+  EXPECT_EQ(fails.kind, Kind::Fails);
+  EXPECT_EQ(probe.keys()[fails.parameter], "b.port");
+  EXPECT_EQ(fails.error, "Unexpected value");
+}
+
+TEST(SchemaProbe, FindsTheParameterOfANameWithEqualSigns) {
+  const SchemaProbe probe = calibrationProbe({"a=b", "c"});
+  const LineEffect fails = probe.feed("a=b.port=300");
+  EXPECT_EQ(fails.kind, Kind::Fails);
+  EXPECT_EQ(probe.keys()[fails.parameter], "a=b.port");
+}
+
+TEST(SchemaProbe, EveryKeySetsItsOwnParameter) {
+  const SchemaProbe probe = calibrationProbe(kAntennas);
+  for (size_t i = 0; i < probe.keys().size(); ++i) {
+    EXPECT_EQ(probe.feed(probe.keys()[i] + "=1").parameter, i) << probe.keys()[i];
+  }
+}
+
+TEST(SchemaProbe, KnowsTheLargestNumber) {
+  const SchemaProbe probe = calibrationProbe(kAntennas);
+  for (size_t i = 0; i < probe.keys().size(); ++i) {
+    const std::string& key = probe.keys()[i];
+    const bool is_long = key.find("tx_power") != key.npos;
+    const bool is_word =
+        key == "version" || key.find("ant_delay") != key.npos || key.find("pg_count") != key.npos;
+    const uint32_t largest = is_long ? 0xFFFFFFFF : is_word ? 0xFFFF : 0xFF;
+    EXPECT_EQ(probe.largestNumber(i), largest) << key;
+  }
+  EXPECT_EQ(selectionProbe().largestNumber(0), std::nullopt);
+}
+
+TEST(SchemaMap, EveryFieldButTheSealAndTheReservedHasItsParameters) {
+  const SchemaProbe probe = calibrationProbe(kAntennas);
+  std::vector<std::string> fed;
+  for (const std::optional<ParameterPlace>& place : placesOf(kAntennas, probe)) {
+    ASSERT_TRUE(place.has_value());
+    ASSERT_NE(place->field, nullptr);
+    fed.emplace_back(place->field->name);
+  }
+  EXPECT_THAT(fed, testing::ElementsAre(
+                       "version", "ch5_ant_delay", "ch5_tx_power", "ch5_pg_count", "ch5_pg_delay",
+                       "ch5_antenna_selection", "ch5_antenna_selection", "ch5_port",
+                       "ch9_ant_delay", "ch9_tx_power", "ch9_pg_count", "ch9_pg_delay",
+                       "ch9_antenna_selection", "ch9_antenna_selection", "ch9_port",
+                       "temperature_reference", "xtal_trim", "wifi_coex_time_gap", "ap_coop_mode",
+                       "alternate_pulse_shape", "wifi_coex_min_spacing"));
+}
+
+TEST(SchemaMap, ASharedAntennaFeedsOnlyChannel5) {
+  const antenna_selection shared{"a", "a"};
+  for (const std::optional<ParameterPlace>& place : placesOf(shared, calibrationProbe(shared))) {
+    ASSERT_TRUE(place.has_value());
+    EXPECT_STRNE(place->field->name, "ch9_port");
+    EXPECT_STRNE(place->field->name, "ch9_antenna_selection");
+  }
+}
+
+TEST(SchemaMap, ANameThatMakesCommentsHasNoPlaces) {
+  const antenna_selection comment{"a//b", "c"};
+  const SchemaProbe probe = calibrationProbe(comment);
+  const std::vector<std::optional<ParameterPlace>> places = placesOf(comment, probe);
+  EXPECT_TRUE(places[0].has_value());
+  EXPECT_FALSE(places[1].has_value());
+}
+
+TEST(Text, PrintableKeepsTextAndEscapesTheRest) {
+  EXPECT_EQ(printable("a\tb"), "a b");
+  EXPECT_EQ(printable("caf\xC3\xA9 \xE2\x82\xAC \xF0\x9F\x98\x80"),
+            "caf\xC3\xA9 \xE2\x82\xAC \xF0\x9F\x98\x80");
+  EXPECT_EQ(printable("\x1B[31m\r"), "\\x1b[31m\\x0d");
+  EXPECT_EQ(printable(std::string("\0", 1)), "\\x00");
+  // Overlong, a surrogate, cut off, a lone continuation, a control character of two bytes.
+  EXPECT_EQ(printable("\xC0\xAF"), "\\xc0\\xaf");
+  EXPECT_EQ(printable("\xED\xA0\x80"), "\\xed\\xa0\\x80");
+  EXPECT_EQ(printable("\xE2\x82"), "\\xe2\\x82");
+  EXPECT_EQ(printable("\x80"), "\\x80");
+  EXPECT_EQ(printable("\xC2\x9B"), "\\xc2\\x9b");
+}
+
+TEST(Text, WidthCountsCharacters) {
+  EXPECT_EQ(widthOf("caf\xC3\xA9"), 4U);
+  EXPECT_EQ(padded("caf\xC3\xA9", 6), "caf\xC3\xA9  ");
+}
+
+}  // namespace
