@@ -3,6 +3,7 @@
 import json
 import os
 import pty
+import random
 import shutil
 import subprocess
 import tempfile
@@ -455,6 +456,25 @@ class AnyTree(CommandTest):
             with self.subTest(root=root, options=options):
                 result = run("lint", "--format", forms[index % len(forms)], *options)
                 self.assertIn(result.returncode, (0, 1))
+                self.assertEqual(result.stderr, b"")
+                result.stdout.decode()
+
+    def test_any_bytes_in_the_files(self):
+        shutil.copytree(EXAMPLES, self.folder, dirs_exist_ok=True)
+        words = [b"xtal_trim", b"=", b"patch.", b"0x", b"-", b"08", b"[CCC]", b"#", b"//", b"\n",
+                 b" ", b"\0", b"\xff", b"<country>", b"/vendor/etc/uwb/", b"ch5.antenna_selection"]
+        chance = random.Random(4)
+        for index in range(60):
+            victim = ("vendor/etc/uwb/common.conf", "vendor/etc/uwb_calib_paths.conf")[index % 2]
+            original = (EXAMPLES / victim).read_bytes().splitlines(keepends=True)
+            for _ in range(4):
+                soup = b"".join(chance.choices(words, k=chance.randrange(12)))
+                original.insert(chance.randrange(len(original)), soup)
+            (self.folder / victim).write_bytes(b"".join(original))
+            for command in (["lint", "--format", ("text", "json")[index % 2]], ["explain"],
+                            ["matrix"]):
+                result = run(*command, "--root", self.folder)
+                self.assertIn(result.returncode, (0, 1), (index, command))
                 self.assertEqual(result.stderr, b"")
                 result.stdout.decode()
 

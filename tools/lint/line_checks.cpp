@@ -54,6 +54,12 @@ std::string nearestKey(const LoadTrace& trace, const std::string& key) {
   return nearest;
 }
 
+// A key is as long as a hostile file makes it.
+std::string shortened(const std::string& key) {
+  constexpr size_t kMost = 60;
+  return key.size() <= kMost ? key : key.substr(0, kMost) + "...";
+}
+
 // Asks the trees of this load.
 class Trees {
  public:
@@ -99,7 +105,7 @@ class DroppedLine {
     const std::string nearest = nearestKey(trace_, key);
     // Without the antennas' names, a key that begins with one cannot be judged.
     if (nearest.empty() && !trace_.selected && key.find('.') != key.npos) return;
-    std::string message = "no parameter has the key '" + key + "'";
+    std::string message = "no parameter has the key '" + shortened(key) + "'";
     if (!nearest.empty()) message += "; did you mean '" + nearest + "'?";
     findings.add("unknown-key", placeIn(trace_, ref_, blanksAt(text_, 0) + 1), message);
   }
@@ -126,10 +132,10 @@ class DroppedLine {
     if (trees_.take(rest + text_.substr(equal_))) {
       findings.add(
           "blank-after-ccc", placeIn(trace_, ref_, blank + 1),
-          "a blank after " + text_.substr(begin, blank - begin) + ": the line sets nothing");
+          "a blank after " + shortened(text_.substr(begin, blank - begin)) + ": the line sets nothing");
     } else {
       findings.add("unknown-key", placeIn(trace_, ref_, blank + 1),
-                   "a blank inside the key '" + key + "': the line sets nothing");
+                   "a blank inside the key '" + shortened(key) + "': the line sets nothing");
     }
   }
 
