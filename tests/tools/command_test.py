@@ -79,10 +79,10 @@ class Build(CommandTest):
         for form in ("dump", "hex", "json", "c"):
             result = run("build", "--root", EXAMPLES, "--country", "US", "--format", form)
             self.assertEqual(result.returncode, 0, result)
-            self.golden(f"build.{form}", result.stdout)
+            self.golden(f"build_{form}", result.stdout)
 
     def test_binary_is_the_block_itself(self):
-        digits = (GOLDEN / "build.hex").read_text().strip()
+        digits = (GOLDEN / "build_hex").read_text().strip()
         self.assertEqual(self.block(), bytes.fromhex(digits))
 
     def test_binary_is_usual_without_a_terminal(self):
@@ -92,11 +92,11 @@ class Build(CommandTest):
     def test_dump_is_usual_on_a_terminal(self):
         status, shown = on_terminal("build", "--root", EXAMPLES, "--country", "US")
         self.assertEqual(status, 0)
-        self.assertEqual(shown, (GOLDEN / "build.dump").read_text())
+        self.assertEqual(shown, (GOLDEN / "build_dump").read_text())
 
     def test_log_of_the_device_goes_to_standard_error(self):
         result = run("build", "--root", EXAMPLES, "--country", "US")
-        self.golden("build.log", result.stderr)
+        self.golden("build_log", result.stderr)
 
     def test_quiet_shows_no_log(self):
         result = run("build", "-q", "--root", EXAMPLES)

@@ -130,9 +130,9 @@ class DroppedLine {
     if (blank >= equal_ || blank + blanksAt(text_, blank) == equal_) return;
     const std::string rest = withoutBlanks(text_.substr(blank, equal_ - blank));
     if (trees_.take(rest + text_.substr(equal_))) {
-      findings.add(
-          "blank-after-ccc", placeIn(trace_, ref_, blank + 1),
-          "a blank after " + shortened(text_.substr(begin, blank - begin)) + ": the line sets nothing");
+      findings.add("blank-after-ccc", placeIn(trace_, ref_, blank + 1),
+                   "a blank after " + shortened(text_.substr(begin, blank - begin)) +
+                       ": the line sets nothing");
     } else {
       findings.add("unknown-key", placeIn(trace_, ref_, blank + 1),
                    "a blank inside the key '" + shortened(key) + "': the line sets nothing");
