@@ -36,23 +36,6 @@ int __android_log_print(int prio, const char* tag, const char* fmt, ...) {
   return 1;
 }
 
-std::ostream& operator<<(std::ostream& out, const LogLine& line) {
-  return out << line.priority << (line.has_tag ? " (with a tag) " : " ") << '"' << line.text << '"';
-}
-
-LogLine debug(const std::string& text) {
-  return {3, text};
-}
-LogLine info(const std::string& text) {
-  return {4, text};
-}
-LogLine warning(const std::string& text) {
-  return {5, text};
-}
-LogLine error(const std::string& text) {
-  return {6, text};
-}
-
 std::vector<LogLine> takeLog() {
   return std::exchange(lines(), {});
 }

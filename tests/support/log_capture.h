@@ -17,12 +17,22 @@ struct LogLine {
   }
 };
 
-std::ostream& operator<<(std::ostream& out, const LogLine& line);
+inline std::ostream& operator<<(std::ostream& out, const LogLine& line) {
+  return out << line.priority << (line.has_tag ? " (with a tag) " : " ") << '"' << line.text << '"';
+}
 
-LogLine debug(const std::string& text);
-LogLine info(const std::string& text);
-LogLine warning(const std::string& text);
-LogLine error(const std::string& text);
+inline LogLine debug(const std::string& text) {
+  return {3, text};
+}
+inline LogLine info(const std::string& text) {
+  return {4, text};
+}
+inline LogLine warning(const std::string& text) {
+  return {5, text};
+}
+inline LogLine error(const std::string& text) {
+  return {6, text};
+}
 
 // All lines since the last call, in order.
 std::vector<LogLine> takeLog();

@@ -1,0 +1,188 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <filesystem>
+
+#include "include/tarnix_uwb_params_nfcc.h"
+#include "tests/faults/device.h"
+#include "tests/faults/guarded_load.h"
+#include "tests/support/log_capture.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::ElementsAreArray;
+using Log = std::vector<LogLine>;
+
+// Reading at its start gives EIO: nothing is mapped at address 0.
+constexpr const char* kUnreadable = "/proc/self/mem";
+
+// The rest of this process's life could not open more than `more` further files.
+class DescriptorLimit {
+ public:
+  explicit DescriptorLimit(rlim_t more) {
+    EXPECT_EQ(getrlimit(RLIMIT_NOFILE, &before), 0);
+    const int next = dup(0);
+    close(next);
+    rlimit limit = before;
+    limit.rlim_cur = static_cast<rlim_t>(next) + more;
+    EXPECT_EQ(setrlimit(RLIMIT_NOFILE, &limit), 0);
+  }
+  ~DescriptorLimit() { EXPECT_EQ(setrlimit(RLIMIT_NOFILE, &before), 0); }
+  DescriptorLimit(const DescriptorLimit&) = delete;
+  DescriptorLimit& operator=(const DescriptorLimit&) = delete;
+
+ private:
+  rlimit before;
+};
+
+Log operator+(Log first, const Log& second) {
+  first.insert(first.end(), second.begin(), second.end());
+  return first;
+}
+
+Log noSuchPathFile(const std::string& path) {
+  return {info("Reading path file " + path), error("Failed to open path file: " + path),
+          error("Unable to read any calibration file from: " + path),
+          error("Failed to read calibration files from " + path + ", trying next path file")};
+}
+
+Log begun() {
+  return {info("load_uwb_params_from_files entry, version v1.2-RC1"),
+          info("Using country code: FR")};
+}
+
+Log noDefaults() {
+  return noSuchPathFile("/vendor/etc/uwb_calib_paths.conf") +
+         noSuchPathFile("/vendor/etc/calib_paths") + noSuchPathFile("./uwb_calib_paths.conf") +
+         noSuchPathFile("./calib_paths") +
+         Log{error("Did not find valid calibration values in any of the files")};
+}
+
+Log entry(const std::string& path) {
+  return {info("Reading entry: " + path), info("No country placeholder, opening as-is")};
+}
+
+Log noSuchEntry(const std::string& path) {
+  return entry(path) + Log{error("Unable to open file " + path)};
+}
+
+// The path file of the vendor has no calibration file that can be read.
+Log nothingIn(const Log& entries) {
+  const std::string path = kPathFile;
+  return begun() + Log{info("Reading path file " + path)} + entries +
+         Log{error("Unable to read any calibration file from: " + path),
+             error("Failed to read calibration files from " + path + ", trying next path file")} +
+         noDefaults();
+}
+
+void expectNothing(const Log& log) {
+  const Load none = load(TARNIX_UWB_PARAMS_SIZE);
+  EXPECT_FALSE(none.threw);
+  EXPECT_EQ(none.result, 0U);
+  EXPECT_EQ(none.memory, memoryWith(0, TARNIX_UWB_PARAMS_SIZE));
+  EXPECT_THAT(takeLog(), ElementsAreArray(log));
+}
+
+class FailingFiles : public testing::Test {
+ protected:
+  void SetUp() override { takeLog(); }
+
+  Device device;
+};
+
+TEST_F(FailingFiles, NoDescriptorLeftForThePathFile) {
+  {
+    const DescriptorLimit limit(0);
+    expectNothing(begun() + noSuchPathFile(kPathFile) + noDefaults());
+  }
+  expectRightBlock();
+}
+
+TEST_F(FailingFiles, NoDescriptorLeftForTheCalibrationFiles) {
+  {
+    const DescriptorLimit limit(1);
+    const std::string country_file = kCountryFile;
+    expectNothing(nothingIn(
+        noSuchEntry(kCommonFile) +
+        Log{info("Reading entry: calibration_of_the_country_<country>.conf"),
+            info("Calib path contains a country code placeholder, replacing it"),
+            info("Parsing calib file: " + country_file),
+            error("Unable to open file " + country_file),
+            error("Failed to reader calib file: " + country_file + ", falling back to default"),
+            error(std::string("Unable to open file ") + kDefaultFile)}));
+  }
+  expectRightBlock();
+}
+
+TEST_F(FailingFiles, APathFileEndsWhereReadingItFails) {
+  device.remove(kPathFile);
+  std::filesystem::create_symlink(kUnreadable, kPathFile);
+  expectNothing(nothingIn({}));
+}
+
+TEST_F(FailingFiles, ATextEndsWhereReadingItFails) {
+  device.write(kPathFile, std::string(kUnreadable) + "\n" + pathFileText());
+  expectRightBlock();
+  device.write(kPathFile, std::string(kUnreadable) + "\n");
+  const Load empty = load(TARNIX_UWB_PARAMS_SIZE);
+  EXPECT_EQ(empty.result, 0U);
+  EXPECT_THAT(
+      takeLog(),
+      ElementsAreArray(
+          begun() + Log{info(std::string("Reading path file ") + kPathFile)} + entry(kUnreadable) +
+          Log{info(std::string("Found 1 calibration files in ") + kPathFile),
+              info("Parsing antenna selection"), info(std::string("Parsing ") + kUnreadable),
+              error("Calibration is invalid, missing params: "), error("- ch5.antenna_selection"),
+              error("- ch9.antenna_selection"), error("Calibration is invalid, aborting")}));
+}
+
+TEST_F(FailingFiles, ATextThatMayNotBeReadIsLeftOut) {
+  if (geteuid() == 0) GTEST_SKIP() << "root may read everything";
+  std::filesystem::permissions(kCommonFile, std::filesystem::perms::none);
+  device.write(kPathFile, std::string(kCommonFile) + "\n");
+  expectNothing(nothingIn(noSuchEntry(kCommonFile)));
+}
+
+TEST_F(FailingFiles, PathsLongerThanTheSystemAllowsNameNothing) {
+  const std::string too_long(5000, 'a');
+  const std::string too_long_in_parts = std::string(300, 'b') + "/c";
+  device.write(kPathFile, too_long + "\n" + too_long_in_parts + "\n");
+  expectNothing(nothingIn(noSuchEntry(too_long) + noSuchEntry(too_long_in_parts)));
+  device.write(kPathFile, too_long + "\n" + pathFileText() + too_long_in_parts);
+  expectRightBlock();
+}
+
+TEST_F(FailingFiles, LinksThatLeadInACircleNameNothing) {
+  std::filesystem::create_symlink("second", "first");
+  std::filesystem::create_symlink("first", "second");
+  device.write(kPathFile, "first\n");
+  expectNothing(nothingIn(noSuchEntry("first")));
+  device.remove(kPathFile);
+  std::filesystem::create_symlink("first", kPathFile);
+  expectNothing(begun() + noSuchPathFile(kPathFile) + noDefaults());
+}
+
+TEST_F(FailingFiles, APathFileThatVanishesIsMissedByTheNextLoad) {
+  expectRightBlock();
+  device.remove(kPathFile);
+  expectNothing(begun() + noSuchPathFile(kPathFile) + noDefaults());
+  device.write(kPathFile, pathFileText());
+  expectRightBlock();
+}
+
+TEST_F(FailingFiles, CalibrationFilesThatVanishAreMissedByTheNextLoad) {
+  device.write(kPathFile, std::string(kCommonFile) + "\n");
+  EXPECT_EQ(load(TARNIX_UWB_PARAMS_SIZE).result, 82U);
+  takeLog();
+  device.remove(kCommonFile);
+  expectNothing(nothingIn(noSuchEntry(kCommonFile)));
+  device.write(kPathFile, pathFileText());
+  device.write(kCommonFile, commonText());
+  expectRightBlock();
+}
+
+}  // namespace

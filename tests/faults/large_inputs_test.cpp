@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <fstream>
+
+#include "include/tarnix_uwb_params_nfcc.h"
+#include "tests/faults/counted_new.h"
+#include "tests/faults/device.h"
+#include "tests/faults/doubles.h"
+#include "tests/faults/effort.h"
+#include "tests/faults/guarded_load.h"
+#include "tests/support/log_capture.h"
+
+namespace {
+
+constexpr size_t kMegabyte = 1000000;
+
+// Besides the texts, a load holds its trees and a few lines.
+constexpr size_t kSmall = 100000;
+
+void expectRightBlockWithin(size_t bytes) {
+  keepLog(false);
+  expectRightBlock();  // What the standard library keeps is not this load's.
+  const PeakMemory peak;
+  expectRightBlock();
+  EXPECT_LE(peak.bytes(), bytes);
+  keepLog(true);
+}
+
+class LargeInputs : public testing::Test {
+ protected:
+  ~LargeInputs() override { keepLog(true); }
+
+  // Writes `line` until the file has `size` bytes, then `end`.
+  void fill(const std::string& path, const std::string& line, size_t size, const std::string& end) {
+    std::ofstream file(path, std::ios::binary);
+    for (size_t written = 0; written < size; written += line.size()) file << line;
+    file << end;
+  }
+
+  Device device;
+};
+
+TEST_F(LargeInputs, APathFileWithAMillionLines) {
+  fill(kPathFile, "\n", effort(1000000), pathFileText());
+  expectRightBlockWithin(kSmall);
+}
+
+TEST_F(LargeInputs, ALineOfTenMegabytesInAPathFile) {
+  device.write(kPathFile, std::string(10 * kMegabyte, 'a') + "\n" + pathFileText());
+  keepLog(false);
+  expectRightBlock();
+}
+
+TEST_F(LargeInputs, ALineOfTenMegabytesInAText) {
+  const std::string filler(10 * kMegabyte, ' ');
+  device.write(kCountryFile, countryText() + "version=" + filler + "2\n");
+  expectRightBlock();
+  device.write(kCountryFile, countryText() + "version=2;" + filler + "\n");
+  expectRightBlock();
+  device.write(kCountryFile, countryText() + filler + "version=3\n#" + filler + "version=3\n");
+  expectRightBlock();
+}
+
+TEST_F(LargeInputs, DISABLED_TextsOfAHundredMegabytesAreHeldOnce) {
+  const size_t size = effort(100 * kMegabyte);
+  fill(kCountryFile, "# note for note, kept by the tool that measured the antennas\n", size,
+       countryText());
+  expectRightBlockWithin(size + size / 20 + kSmall);
+}
+
+TEST_F(LargeInputs, ManyTextsAreHeldOnceEach) {
+  std::string lines;
+  for (int i = 0; i < 100; ++i) lines += std::string("large_text.conf") + "\n";
+  const size_t size = effort(10 * kMegabyte) / 10;
+  fill("large_text.conf", "# note for note, kept by the tool that measured the antennas\n", size,
+       "");
+  device.write(kPathFile, lines + pathFileText());
+  expectRightBlockWithin(100 * size + 5 * size + kSmall);
+}
+
+}  // namespace
