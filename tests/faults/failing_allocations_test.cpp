@@ -39,11 +39,10 @@ FailedLoad loadWithFailure(size_t n) {
   return failed;
 }
 
-// A failure inside a step that catches it: the file is left, and the load goes on without.
+// A failure inside a step that catches it: the file is left, and the load goes on without its rest.
 bool namesTheFailure(const LogLine& line) {
-  const std::string end = std::string("std::bad_alloc");
-  return line.priority == 6 && line.text.size() > end.size() &&
-         line.text.compare(line.text.size() - end.size(), end.size(), end) == 0;
+  return line.priority == 6 && (line.text.rfind("Failed to parse calb file ", 0) == 0 ||
+                                line.text.rfind("Failed to parse calib from ", 0) == 0);
 }
 
 bool isLogged(const FailedLoad& failed) {

@@ -43,8 +43,9 @@ class LargeInputs : public testing::Test {
 };
 
 TEST_F(LargeInputs, APathFileWithAMillionLines) {
-  fill(kPathFile, "\n", effort(1000000), pathFileText());
-  expectRightBlockWithin(kSmall);
+  const size_t lines = effort(1000000);
+  fill(kPathFile, "\n", lines, pathFileText());
+  expectRightBlockWithin(lines + lines / 20 + kSmall);
 }
 
 TEST_F(LargeInputs, ALineOfTenMegabytesInAPathFile) {
@@ -63,7 +64,7 @@ TEST_F(LargeInputs, ALineOfTenMegabytesInAText) {
   expectRightBlock();
 }
 
-TEST_F(LargeInputs, DISABLED_TextsOfAHundredMegabytesAreHeldOnce) {
+TEST_F(LargeInputs, TextsOfAHundredMegabytesAreHeldOnce) {
   const size_t size = effort(100 * kMegabyte);
   fill(kCountryFile, "# note for note, kept by the tool that measured the antennas\n", size,
        countryText());
