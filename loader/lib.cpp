@@ -19,6 +19,7 @@ antenna_selection AntennaSelectionPattern::selected;
 
 namespace {
 
+// NOLINTNEXTLINE(cert-err58-cpp): without memory to load a library there is nobody to tell.
 const std::vector<std::string> default_path_files = {
     "/vendor/etc/uwb_calib_paths.conf",
     "/vendor/etc/calib_paths",

@@ -30,7 +30,7 @@ int __android_log_print(int prio, const char* tag, const char* fmt, ...) {
   va_list arguments;
   va_start(arguments, fmt);
   // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): the line above has initialised it.
-  std::vsnprintf(text, sizeof(text), fmt, arguments);
+  static_cast<void>(std::vsnprintf(text, sizeof(text), fmt, arguments));
   va_end(arguments);
   return std::fprintf(stderr, "%s %c: %s\n", tag == nullptr ? "nullptr" : tag, letterOf(prio),
                       text);
