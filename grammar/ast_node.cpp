@@ -26,13 +26,21 @@ bool AstNode::validate(std::vector<std::string>& /*missing*/, std::vector<std::s
 bool AstNode::readName(std::istream& input) const {
   using Traits = std::istream::traits_type;
   if (!input.good()) return false;
-  // Past the stream, which would prepare itself anew for each character.
+  // From the buffer: the stream would prepare itself anew for each character.
   std::streambuf& text = *input.rdbuf();
   bool equal = true;
   for (const char c : name) {
     if (text.sbumpc() != Traits::to_int_type(c)) equal = false;
   }
   return equal;
+}
+
+void AstNode::beginWithName() {
+  beginning = name.empty() ? kAnything : std::istream::traits_type::to_int_type(name.front());
+}
+
+void AstNode::beginWithAnything() {
+  beginning = kAnything;
 }
 
 void AstNode::printName(std::ostream& out) const {

@@ -12,8 +12,12 @@
 // A node of the tree that reads calibration text. Groups (AstRoot, AstPrefix) lead to parameters
 // (AstParam), each with its equal sign (AstEqual) and its value (AstValue).
 //
-// A parent owns its children through shared pointers, and no node knows its parent. The virtual
-// functions keep this order in every class. Nothing here may be used by two threads at once.
+// A group owns its children through shared pointers; a parameter holds its equal sign, and that its
+// value, as members. No node knows its parent. The virtual functions keep this order in every
+// class. Nothing here may be used by two threads at once.
+//
+// Nodes read from the stream's buffer where they can. An exception that the buffer itself throws,
+// as that of a directory does, leaves them.
 class AstNode {
  public:
   // `name` is the literal text that the node matches, `depth` the number of blanks before it in
@@ -30,8 +34,8 @@ class AstNode {
   // The class's name without template arguments.
   virtual std::string getClass() const;
 
-  // Writes the node and what is below it as indented text. Leaves the stream in hexadecimal mode
-  // once it has printed a number.
+  // Writes the node and what is below it as indented text. A number that is printed as a value
+  // leaves the stream in hexadecimal mode, the number of a group in decimal mode.
   virtual void print(std::ostream& out) const;
 
   // Appends the node's tags and values to `out` and returns the number of bytes appended.
@@ -46,10 +50,9 @@ class AstNode {
 
   virtual ~AstNode();
 
-  // False when a text whose next character is `next` cannot be this node's: every node's text
-  // begins with its name.
+  // False when a text whose next character is `next` cannot be this node's.
   bool canBeginWith(std::istream::int_type next) const {
-    return name.empty() || std::istream::traits_type::to_int_type(name.front()) == next;
+    return beginning == kAnything || beginning == next;
   }
 
  protected:
@@ -59,6 +62,16 @@ class AstNode {
   // Writes the blanks before the node's line, then the name.
   void printName(std::ostream& out) const;
 
+  // For the constructors of nodes whose text begins with their name, or does not.
+  void beginWithName();
+  void beginWithAnything();
+
   const std::string name;
   const int32_t depth;
+
+ private:
+  static constexpr std::istream::int_type kAnything = std::istream::traits_type::eof();
+
+  // The character with which the node's text begins.
+  std::istream::int_type beginning = kAnything;
 };

@@ -5,7 +5,9 @@
 
 template <typename T>
 AstParam<T>::AstParam(std::string name, int depth, std::optional<uint8_t> id, T* target)
-    : AstNode(std::move(name), depth), child(0), id(id), target(target) {}
+    : AstNode(std::move(name), depth), child(0), id(id), target(target) {
+  beginWithName();
+}
 
 template <typename T>
 AstParam<T>::~AstParam() = default;

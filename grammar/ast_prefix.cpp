@@ -23,7 +23,9 @@ void readGroupNumber(std::istream& input) {
 
 AstPrefix::AstPrefix(const std::string& name, std::optional<uint8_t> id, int depth,
                      const std::initializer_list<std::shared_ptr<AstNode>>& children, uint8_t tag)
-    : AstNode(name, depth), tag(tag), id(id), children(children) {}
+    : AstNode(name, depth), tag(tag), id(id), children(children) {
+  beginWithName();
+}
 
 AstPrefix::~AstPrefix() = default;
 
@@ -40,7 +42,7 @@ bool AstPrefix::parseChildren(std::istream& input) {
   const std::istream::int_type next = text.sgetc();
   std::optional<std::streampos> start;
   for (const std::shared_ptr<AstNode>& child : children) {
-    // Most children are refused by their first character, without a look at the stream.
+    // Most children are refused by their first character, without being called.
     if (!child->canBeginWith(next)) continue;
     if (start.has_value()) {
       input.clear();

@@ -25,7 +25,8 @@ class AstPrefix : public AstNode {
   ~AstPrefix() override;
 
  protected:
-  // Lets each child in turn read from the stream's position; true as soon as one takes it.
+  // Lets each child in turn read from the stream's position; true as soon as one takes it. When
+  // none does, the stream is where the last one left it.
   bool parseChildren(std::istream& input);
   size_t serializeChildren(std::vector<uint8_t>& out, EndiannessConversion conversion) const;
   // Asks every child, also after one that lacks something.

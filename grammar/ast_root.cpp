@@ -32,14 +32,14 @@ bool holdsCommentMark(std::string_view text) {
   return text.find('#') != text.npos || text.find(';') != text.npos || holdsDoubleSlash(text);
 }
 
-// Logs the line without its white space. Nothing is left of the line itself.
-void logIgnored(const Line& line) {
+// Moves the characters of the line that are not white space together, and ends them with NUL.
+const char* withoutWhiteSpace(Line& line) {
   char* out = line.begin;
   for (const char c : line.text()) {
     if (!isWhiteSpace(c)) *out++ = c;
   }
   *out = '\0';
-  __android_log_print(ANDROID_LOG_DEBUG, nullptr, "--------------Ignored: %s\n", line.begin);
+  return line.begin;
 }
 
 // Blanks around the mark stay, so a key after "[CCC] " starts with a blank and matches nothing.
@@ -56,6 +56,12 @@ void eraseCccMark(Line& line) {
 
 }  // namespace
 
+AstRoot::AstRoot(const std::string& name, std::optional<uint8_t> id, int depth,
+                 const std::initializer_list<std::shared_ptr<AstNode>>& children, uint8_t tag)
+    : AstPrefix(name, id, depth, children, tag) {
+  beginWithAnything();
+}
+
 AstRoot::~AstRoot() = default;
 
 bool AstRoot::parse(std::istream& input) {
@@ -63,7 +69,8 @@ bool AstRoot::parse(std::istream& input) {
   TextStream assignment;
   for (Line line; lines.next(line);) {
     if (holdsCommentMark(line.key())) {
-      logIgnored(line);
+      __android_log_print(ANDROID_LOG_DEBUG, nullptr, "--------------Ignored: %s\n",
+                          withoutWhiteSpace(line));
       continue;
     }
     eraseCccMark(line);

@@ -7,11 +7,12 @@
 class AstRoot : public AstPrefix {
  public:
   // The root's own name, id and tag match nothing and are not serialized; print shows the name.
-  using AstPrefix::AstPrefix;
+  AstRoot(const std::string& name, std::optional<uint8_t> id, int depth,
+          const std::initializer_list<std::shared_ptr<AstNode>>& children, uint8_t tag);
 
-  // Reads the stream to its end and returns true. Comments, lines without '=' and lines that no
-  // child takes are skipped. An exception leaves at once, and the lines before it keep their
-  // effect.
+  // Reads the stream to its end, in blocks ahead of the lines, and returns true. Comments, lines
+  // without '=' and lines that no child takes are skipped. An exception leaves at once, and the
+  // lines before it keep their effect.
   bool parse(std::istream& input) override;
   std::string getClass() const override;
 

@@ -7,6 +7,7 @@
 #include <limits>
 #include <ostream>
 #include <stdexcept>
+#include <utility>
 
 #include "grammar/extract_byte.h"
 #include "grammar/plain_number.h"
@@ -23,6 +24,7 @@ void extractFormatted(std::istream& input, T& value) {
   input >> value;
 }
 
+// Plain spellings are read directly, for speed. All others are the stream's to read or to refuse.
 template <typename T>
 void extract(std::istream& input, T& value) {
   std::optional<uint32_t> plain;

@@ -1,29 +1,34 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "grammar/line_reader.h"
 
-#include <cstring>
+// For memrchr, which the C libraries of the device and of the hosts have beside the standard.
+#include <string.h>
 
 LineReader::LineReader(std::istream& input) : input(input) {}
 
 bool LineReader::next(Line& line) {
-  do {
-    char* const lines = &block[first];
-    const size_t size = complete - first;
-    line.equal = static_cast<char*>(std::memchr(lines, '=', size));
-    if (line.equal == nullptr) continue;
-    const auto before = static_cast<size_t>(line.equal - lines);
-    auto* const newline = static_cast<char*>(memrchr(lines, '\n', before));
-    line.begin = newline == nullptr ? lines : newline + 1;
-    line.end = static_cast<char*>(std::memchr(line.equal, '\n', size - before));
-    first = static_cast<size_t>(line.end - block.data()) + 1;
-    return true;
-  } while (readLines());
-  return false;
+  while (!findLine(line)) {
+    if (!readLines()) return false;
+  }
+  return true;
+}
+
+bool LineReader::findLine(Line& line) {
+  char* const lines = &block[first];
+  const size_t size = complete - first;
+  line.equal = static_cast<char*>(memchr(lines, '=', size));
+  if (line.equal == nullptr) return false;
+  const auto before = static_cast<size_t>(line.equal - lines);
+  auto* const newline = static_cast<char*>(memrchr(lines, '\n', before));
+  line.begin = newline == nullptr ? lines : newline + 1;
+  line.end = static_cast<char*>(memchr(line.equal, '\n', size - before));
+  first = static_cast<size_t>(line.end - block.data()) + 1;
+  return true;
 }
 
 bool LineReader::readLines() {
   filled -= complete;
-  std::memmove(block.data(), &block[complete], filled);
+  memmove(block.data(), &block[complete], filled);
   first = 0;
   complete = 0;
   while (complete == 0) {

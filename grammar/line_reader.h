@@ -28,6 +28,8 @@ class LineReader {
   bool next(Line& line);
 
  private:
+  // Finds the next line with a '=' among the complete lines.
+  bool findLine(Line& line);
   // Drops the complete lines and reads on until there are others. False at the end of the stream.
   bool readLines();
   // Reads a block of text behind what has been read. False at the end of the stream.

@@ -13,8 +13,8 @@ class TextStream : public std::istream {
   TextStream();
   explicit TextStream(std::string_view text);
 
-  // Starts at the beginning of `text`, in the state of a new stream: no error, numbers in decimal,
-  // white space skipped. The text is borrowed and must stay while it is read.
+  // Starts at the beginning of `text` with no error, numbers in decimal and white space skipped.
+  // The text is borrowed and must stay while it is read.
   void setText(std::string_view text);
 
  private:

@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: Apache-2.0
+// A parent may refuse a text for a child that begins with its name, and for no other.
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <optional>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "grammar/ast_param.h"
+#include "grammar/ast_root.h"
+#include "grammar/ast_value.h"
+
+namespace {
+
+// Takes every text, whatever its name.
+class AnyText : public AstNode {
+ public:
+  explicit AnyText(const std::string& name) : AstNode(name, 0) {}
+  bool parse(std::istream& input) override {
+    input >> text;
+    return true;
+  }
+  size_t serialize(std::vector<uint8_t>&, EndiannessConversion) const override { return 0; }
+
+  std::string text;
+};
+
+void parse(const std::shared_ptr<AstNode>& child, const std::string& text) {
+  std::istringstream input(text);
+  AstRoot("", std::nullopt, 0, {child}, 0).parse(input);
+}
+
+TEST(Refusal, NodeOfAnotherKindIsAskedWhateverItsName) {
+  const auto child = std::make_shared<AnyText>("label");
+  parse(child, "other=1");
+  EXPECT_EQ(child->text, "other=1");
+}
+
+TEST(Refusal, ValueDoesNotBeginWithItsName) {
+  const auto value = std::make_shared<AstValue<uint8_t>>("x", 0);
+  const auto group = std::make_shared<AstPrefix>(
+      "g", std::nullopt, 0, std::initializer_list<std::shared_ptr<AstNode>>{value}, uint8_t{0});
+  parse(group, "g.5=");
+  EXPECT_EQ(value->value, std::optional<uint8_t>(5));
+}
+
+TEST(Refusal, RootInsideARootDoesNotBeginWithItsName) {
+  uint8_t target = 0;
+  const auto param = std::make_shared<AstParam<uint8_t>>("a", 0, std::nullopt, &target);
+  const auto inner = std::make_shared<AstRoot>(
+      "inner", std::nullopt, 0, std::initializer_list<std::shared_ptr<AstNode>>{param}, uint8_t{0});
+  parse(inner, "a=5");
+  inner->toBuffer(EndiannessConversion::NoConversion);
+  EXPECT_EQ(target, 5);
+}
+
+}  // namespace
