@@ -20,6 +20,9 @@ AntennaSelectionPattern::AntennaSelectionPattern()
       }, 0) {}
 // clang-format on
 
+template std::shared_ptr<AstPrefix> AntennaSelectionPattern::buildAntSelectionParams<std::string>(
+    std::string const& channelName, std::string* target);
+
 AntennaSelectionPattern::~AntennaSelectionPattern() = default;
 
 antenna_selection AntennaSelectionPattern::toAntennaSelection(EndiannessConversion conversion) {

@@ -16,7 +16,7 @@ class AntennaSelectionPattern : public AstRoot {
   AntennaSelectionPattern();
   ~AntennaSelectionPattern() override;
 
-  // The prefix of one channel, whose only parameter fills `target`.
+  // The prefix of one channel, whose only parameter fills `target`. T is std::string.
   template <typename T>
   static std::shared_ptr<AstPrefix> buildAntSelectionParams(std::string const& channelName,
                                                             T* target);
@@ -26,6 +26,6 @@ class AntennaSelectionPattern : public AstRoot {
   antenna_selection toAntennaSelection(EndiannessConversion conversion);
 
  private:
-  // Defined with the library's other load-time data. Empty at load, never cleared.
+  // Defined in loader/lib.cpp, with the other data of load time. Empty at load, never cleared.
   static antenna_selection selected;
 };

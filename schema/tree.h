@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "grammar/ast_param.h"
 #include "grammar/ast_prefix.h"

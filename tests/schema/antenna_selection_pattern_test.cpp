@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <optional>
+#include <sstream>
 #include <stdexcept>
 #include <type_traits>
 
@@ -171,6 +172,15 @@ TEST(AntennaSelectionPattern, ResultIsACopy) {
   EXPECT_EQ(selected("").ch5, "a");
   selected("ch5.antenna_selection=c\nch9.antenna_selection=d");
   EXPECT_EQ(first.ch9, "b");
+}
+
+TEST(BuildAntSelectionParams, FillsTheStringItIsGiven) {
+  std::string target;
+  const auto prefix = AntennaSelectionPattern::buildAntSelectionParams("ch7", &target);
+  std::istringstream input("ch7.antenna_selection=patch");
+  EXPECT_TRUE(prefix->parse(input));
+  prefix->toBuffer(kSwapBytes);
+  EXPECT_EQ(target, "patch");
 }
 
 }  // namespace
