@@ -28,15 +28,15 @@ extern "C" {
  *                  written. Bytes behind the block are left untouched.
  *
  * @return the number of bytes written, min(TARNIX_UWB_PARAMS_SIZE, capacity). Take less than
- *         TARNIX_UWB_PARAMS_SIZE for a truncated block. 0 when there is no valid calibration, when
- *         `buffer` is null and when `capacity` is 0; the buffer is then left untouched, and the log
- *         says what was wrong, in which file. The block's multi-byte fields lie most significant
- *         byte first, whatever the host's order.
+ *         TARNIX_UWB_PARAMS_SIZE for a truncated block. 0 when there is no valid calibration (the
+ *         log then says why), when `buffer` is null, and when `capacity` is 0; the buffer is then
+ *         left untouched. The block's multi-byte fields lie most significant byte first, whatever
+ *         the host's order.
  *
  * Calls must not overlap: callers on several threads take a lock of their own around it.
  *
  * Failures of files and of their contents are never thrown. A failed allocation may leave the call
- * as a C++ exception (std::bad_alloc); the next call works as any other.
+ * as a C++ exception (std::bad_alloc or std::length_error); the next call works as any other.
  */
 uint32_t load_uwb_params_from_files(void* buffer, unsigned int capacity);
 

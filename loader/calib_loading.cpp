@@ -4,12 +4,12 @@
 #include <android/log.h>
 
 #include <fstream>
+#include <istream>
 #include <optional>
+#include <utility>
 
-#include "grammar/text_stream.h"
 #include "loader/calib_parser.h"
 #include "loader/pattern_run.h"
-#include "loader/text_file.h"
 #include "schema/antenna_selection_pattern.h"
 #include "schema/pattern.h"
 
@@ -62,8 +62,7 @@ bool read_calibrations(const std::string& path_file, const std::string& country_
   }
   CalibReader reader;
   CalibParser parser(reader, country_code);
-  const std::string text = readText(file, path_file);
-  TextStream lines(text);
+  std::istream lines(&file);
   for (std::string entry; std::getline(lines, entry);) {
     __android_log_print(ANDROID_LOG_INFO, nullptr, "Reading entry: %s", entry.c_str());
     std::optional<calibration> read = parser.parsePathFileEntry(entry);

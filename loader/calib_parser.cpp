@@ -3,6 +3,8 @@
 
 #include <android/log.h>
 
+#include <utility>
+
 #include "loader/calib_path.h"
 
 CalibParser::CalibParser(ICalibReader& reader, const std::string& country_code)

@@ -4,6 +4,7 @@
 #include <android/log.h>
 
 #include <exception>
+#include <utility>
 
 #include "include/tarnix_uwb_params_nfcc.h"
 #include "loader/android_properties.h"
@@ -37,8 +38,8 @@ std::string read_country_code() {
   return code;
 }
 
-uint32_t write_block(const ccc_calib& calib, const std::string& path_file, void* buffer,
-                     unsigned int capacity) {
+uint32_t convert_and_write(const ccc_calib& calib, const std::string& path_file, void* buffer,
+                           unsigned int capacity) {
   try {
     const ccc_params params = CalibConverter::convert(calib);
     __android_log_print(ANDROID_LOG_INFO, nullptr,
@@ -67,7 +68,7 @@ uint32_t load_from_path_files(const std::vector<std::string>& path_files,
         __android_log_print(ANDROID_LOG_ERROR, nullptr, "Calibration is invalid, aborting");
         return 0;
       case ParseResult::ValidCalibration:
-        return write_block(calib, path_file, buffer, capacity);
+        return convert_and_write(calib, path_file, buffer, capacity);
     }
   }
   __android_log_print(ANDROID_LOG_ERROR, nullptr,

@@ -8,7 +8,7 @@
 namespace {
 
 // True while the file holds more; its own buffer then holds the next of it. A read error ends the
-// text. One of the two C++ libraries throws for it, the other one does not.
+// text: libstdc++ throws for it, libc++ reports the end.
 bool holdsMore(std::filebuf& file) {
   try {
     return file.sgetc() != std::filebuf::traits_type::eof();
@@ -32,9 +32,10 @@ std::string readText(std::filebuf& file, const std::string& path) {
     const size_t before = text.size();
     const size_t after = before + static_cast<size_t>(buffered);
     // Most files fit into the stream's buffer. A larger one gets its room at once: a text that
-    // grows step by step is at times held twice.
-    if (before > 0 && after > text.capacity())
+    // grows step by step is at times held twice. To reserve less than there is would give it back.
+    if (before > 0 && after > text.capacity()) {
       text.reserve(std::max(text.capacity(), sizeOf(path)));
+    }
     text.resize(after);
     file.sgetn(&text[before], buffered);
   }
