@@ -305,7 +305,7 @@ TEST_F(Load, CapacityCutsTheBlock) {
   for (const auto& row : rows) {
     takeLog();
     EXPECT_EQ(load(row.capacity), row.count) << "capacity " << row.capacity;
-    expectWritten(Bytes(block.begin(), block.begin() + row.count));
+    expectWritten(Bytes(block.data(), block.data() + row.count));
     EXPECT_EQ(takeLog().back(), success("./calib_paths")) << "capacity " << row.capacity;
   }
 }
