@@ -1,0 +1,20 @@
+# SPDX-License-Identifier: Apache-2.0
+# The flags with which the platform builds a library for the device, as far as they shape its code:
+# what links and runs with them here has no reason not to there.
+#
+# Not -fno-rtti, the platform's default: with it the library would carry its own description of
+# std::exception behind its export list, and no longer catch what the run-time throws. Android.bp
+# says so too.
+option(TARNIX_DEVICE_FLAGS "Build the library with the flags of the device" OFF)
+
+# `objects` is the library's code, `library` what is linked of it.
+function(use_device_flags objects library)
+  if(NOT TARNIX_DEVICE_FLAGS)
+    return()
+  endif()
+  target_compile_options(${objects} PRIVATE
+    -mthumb -Os -ffunction-sections -fdata-sections -fstack-protector-strong
+    -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2)
+  target_link_options(${library} PRIVATE
+    LINKER:--gc-sections,--no-undefined,--icf=safe,--hash-style=gnu)
+endfunction()
