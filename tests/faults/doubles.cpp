@@ -19,7 +19,8 @@ namespace {
 std::vector<LogLine> lines;
 bool keeping = true;
 
-void keep(int priority, const char* tag, const char* format, va_list arguments) {
+__attribute__((__format__(printf, 3, 0))) void keep(int priority, const char* tag,
+                                                    const char* format, va_list arguments) {
   va_list again;
   va_copy(again, arguments);
   const int length = std::vsnprintf(nullptr, 0, format, arguments);

@@ -32,6 +32,16 @@ TEST_P(AstParamParse, ValueFollowsTheName) {
   EXPECT_THAT(takeLog(), IsEmpty());
 }
 
+TEST_P(AstParamParse, NothingMatchesOnAFailedStream) {
+  uint8_t target = 0;
+  const auto node = param("xtal_trim", &target);
+  const auto input = stream("xtal_trim=31");
+  input->setstate(std::ios_base::failbit);
+  EXPECT_FALSE(node->parse(*input));
+  input->clear();
+  EXPECT_TRUE(node->parse(*input)) << "the failed stream was read from";
+}
+
 TEST_P(AstParamParse, NothingElseMatches) {
   uint8_t target = 0;
   const auto node = param("xtal_trim", &target);

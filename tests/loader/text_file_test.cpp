@@ -47,6 +47,15 @@ TEST(TextFile, ALargeTextIsHeldOnce) {
   EXPECT_LT(textOf("file").capacity(), kSize + kSize / 20);
 }
 
+TEST(TextFile, AFileThatVanishesWhileItIsReadIsReadToItsEnd) {
+  const TemporaryTree tree;
+  tree.write("file", textOfSize(50000));
+  std::filebuf file;
+  ASSERT_NE(file.open("file", std::ios_base::in), nullptr);
+  tree.remove("file");
+  EXPECT_EQ(readText(file, "file"), textOfSize(50000));
+}
+
 TEST(TextFile, ADirectoryHasNoText) {
   const TemporaryTree tree;
   tree.makeDirectory("folder");
