@@ -32,13 +32,20 @@ def lines(gcovr):
                 yield f"{file['file']}:{line['line_number']}", line["count"]
 
 
+def is_for_the_compiler(path, line):
+    """True for a function that the compiler executes itself."""
+    with open(path, encoding="utf-8") as file:
+        return file.readlines()[line - 1].startswith("constexpr ")
+
+
 def functions(llvm_cov):
     """Place and count of every function; of a template, the copies together."""
     counts = {}
     for function in llvm_cov["data"][0]["functions"]:
         path = library_path(function["filenames"][0])
-        if path:
-            place = f"{path}:{function['regions'][0][0]}"
+        line = function["regions"][0][0]
+        if path and not is_for_the_compiler(path, line):
+            place = f"{path}:{line}"
             counts[place] = counts.get(place, 0) + function["count"]
     return counts.items()
 
