@@ -85,7 +85,20 @@ TEST_F(FailingAllocations, DISABLED_AreThrownOrLogged) {
   EXPECT_GT(n, 100U) << "the load is the real one";
 }
 
+// libc++ up to 14 loses the memory of a vector of which an element cannot be copied.
+bool isLostInACopy() {
+  const std::vector<std::string> strings(2, "longer than a string without memory");
+  const size_t before = liveAllocations();
+  const FailingAllocation failure(3);
+  try {
+    const std::vector<std::string> copy = strings;
+  } catch (const std::bad_alloc&) {
+  }
+  return liveAllocations() != before;
+}
+
 TEST_F(FailingAllocations, LeaveNothingBehind) {
+  if (isLostInACopy()) GTEST_SKIP() << "this C++ library leaves memory behind by itself";
   for (size_t n = 1;; ++n) {
     const size_t descriptors = openDescriptors();
     const FailedLoad failed = loadWithFailure(n);
