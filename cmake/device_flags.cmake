@@ -7,8 +7,14 @@
 # says so too.
 option(TARNIX_DEVICE_FLAGS "Build the library with the flags of the device" OFF)
 
+# The overflow of an unsigned number ends the device's process, as Android.bp has it.
+option(TARNIX_DEVICE_SANITIZERS "Watch the library for what the device watches it for" OFF)
+
 # `objects` is the library's code, `library` what is linked of it.
 function(use_device_flags objects library)
+  if(TARNIX_DEVICE_SANITIZERS)
+    target_compile_options(${objects} PRIVATE -fsanitize=unsigned-integer-overflow)
+  endif()
   if(NOT TARNIX_DEVICE_FLAGS)
     return()
   endif()

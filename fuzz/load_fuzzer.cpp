@@ -80,8 +80,9 @@ Memory load(unsigned int capacity) {
   require(count == 0 || count == std::min(82U, capacity), "nothing or all that fits is written");
   const auto first = memory.cbegin() + kGuard;
   require(isUntouched(memory.cbegin(), first), "nothing is written before the buffer");
-  require(isUntouched(first + count, memory.cend()), "nothing is written behind the block");
-  return Memory(first, first + count);
+  const auto end = first + static_cast<ptrdiff_t>(count);
+  require(isUntouched(end, memory.cend()), "nothing is written behind the block");
+  return Memory(first, end);
 }
 
 bool isZero(const Memory& block, size_t first, size_t last) {

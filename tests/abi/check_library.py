@@ -9,9 +9,11 @@ only, and keeps code, constants and stack apart.
 
 import argparse
 import fnmatch
+import os
 import re
 import subprocess
 import sys
+import tempfile
 
 NAME = "libtarnix_uwb_params_nfcc.so"
 FUNCTION = "load_uwb_params_from_files"
@@ -30,6 +32,7 @@ class Library:
     def __init__(self, readelf, path):
         self._command = [readelf, "--wide"]
         self._path = path
+        self.header = self._read("--file-header")
         self.dynamic = self._read("--dynamic")
         self.segments = self._read("--program-headers")
         self.symbols = self._read("--dyn-syms")
@@ -57,6 +60,18 @@ class Library:
         """The flags of a program header, or nothing when it is missing."""
         found = re.search(rf"^\s+{name}\s+(?:0x\S+\s+){{5}}([RWE ]+?)\s+0x", self.segments, re.M)
         return found.group(1).replace(" ", "") if found else None
+
+
+    def machine(self):
+        """The class and the processor that the file is for."""
+        keys = ("Class", "Machine")
+        return [re.search(rf"^\s+{key}:\s+(\S+)", self.header, re.M)[1] for key in keys]
+
+
+def stripped_size(strip, path):
+    with tempfile.NamedTemporaryFile() as stripped:
+        subprocess.run([strip, "-o", stripped.name, path], check=True)
+        return os.path.getsize(stripped.name)
 
 
 def matches(name, patterns):
@@ -89,9 +104,20 @@ def problems(library):
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("--readelf", default="readelf", help="the readelf of the target")
+    parser.add_argument("--machine", nargs=2, help="the file's class and processor")
+    parser.add_argument("--strip", help="prints the size without what this program strips")
+    parser.add_argument("--largest", type=int, help="the largest such size")
     parser.add_argument("library")
     arguments = parser.parse_args()
-    found = list(problems(Library(arguments.readelf, arguments.library)))
+    library = Library(arguments.readelf, arguments.library)
+    found = list(problems(library))
+    if arguments.machine and library.machine() != arguments.machine:
+        found.append(f"is for {library.machine()}")
+    if arguments.strip:
+        size = stripped_size(arguments.strip, arguments.library)
+        print(f"stripped: {size} bytes")
+        if arguments.largest and size > arguments.largest:
+            found.append(f"is larger than {arguments.largest} bytes")
     for problem in found:
         print(f"{arguments.library} {problem}")
     return 1 if found else 0

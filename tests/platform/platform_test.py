@@ -1,0 +1,135 @@
+# SPDX-License-Identifier: Apache-2.0
+"""Holds what the platform's build reads to the tree and to the CMake build.
+
+    python3 platform_test.py --sources build/host/tests/platform/sources.txt
+"""
+
+import argparse
+import glob
+import json
+import pathlib
+import re
+import sys
+import unittest
+
+import blueprint
+
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+DEVICE = ROOT / "examples/device"
+PATHS = ("srcs", "src", "data", "export_include_dirs", "version_script", "license_text", "dictionary")
+OPTIONS = argparse.Namespace(sources=None)
+MODULES = blueprint.modules_of(ROOT / "Android.bp")
+
+
+def as_list(value):
+    return value if isinstance(value, list) else [value]
+
+
+def own_and_inherited(name, key):
+    """The values of a list property, with those of the module's defaults."""
+    properties = MODULES[name][1]
+    values = list(as_list(properties.get(key, [])))
+    for default in properties.get("defaults", []):
+        values += own_and_inherited(default, key)
+    return values
+
+
+def sources(name):
+    """All source files of a module, those of the file groups that it names among them."""
+    found = []
+    for source in own_and_inherited(name, "srcs"):
+        found += sources(source[1:]) if source.startswith(":") else [source]
+    return found
+
+
+def cmake_sources():
+    """Of every target that has a module the sources, from the root, as CMake builds it."""
+    targets = {}
+    for line in OPTIONS.sources.read_text().splitlines():
+        module, folder, *files = line.split(";")
+        files = [f for f in files if "TARGET_OBJECTS" not in f]
+        paths = [(pathlib.Path(folder) / f).resolve().relative_to(ROOT) for f in files]
+        targets.setdefault(module, []).extend(str(path) for path in paths)
+    return targets
+
+
+class AndroidBp(unittest.TestCase):
+    def test_every_module_has_the_sources_of_the_cmake_build(self):
+        targets = cmake_sources()
+        self.assertGreater(len(targets), 0)
+        for module, expected in targets.items():
+            with self.subTest(module=module):
+                self.assertEqual(sorted(sources(module)), sorted(expected))
+
+    def test_every_module_with_sources_is_compared(self):
+        kinds = ("cc_library_shared", "cc_test", "cc_fuzz")
+        built = {name for name, (kind, _) in MODULES.items() if kind in kinds}
+        self.assertEqual(built, set(cmake_sources()))
+
+    def test_every_path_exists(self):
+        for name, (_, properties) in MODULES.items():
+            for path in (p for key in PATHS for p in as_list(properties.get(key, []))):
+                if not path.startswith(":"):
+                    with self.subTest(module=name, path=path):
+                        self.assertTrue(glob.glob(str(ROOT / path)))
+
+    def test_every_module_that_is_named_exists(self):
+        for name, (_, properties) in MODULES.items():
+            named = [p[1:] for p in as_list(properties.get("srcs", [])) if p.startswith(":")]
+            for other in named + properties.get("defaults", []) + properties.get("required", []):
+                with self.subTest(module=name, other=other):
+                    self.assertIn(other, MODULES)
+
+    def test_the_library_is_what_the_device_asks_for(self):
+        name = "libtarnix_uwb_params_nfcc"
+        kind, properties = MODULES[name]
+        self.assertEqual(kind, "cc_library_shared")
+        self.assertEqual(own_and_inherited(name, "vendor"), [True])
+        self.assertEqual(own_and_inherited(name, "compile_multilib"), ["32"])
+        self.assertEqual(own_and_inherited(name, "shared_libs"), ["libbase", "liblog", "libz"])
+        self.assertEqual(own_and_inherited(name, "cppflags"), ["-fexceptions"])
+        self.assertEqual(own_and_inherited(name, "rtti"), [True])
+        self.assertIn("-fvisibility=hidden", own_and_inherited(name, "cflags"))
+        self.assertEqual(properties["version_script"], f"{name}.map.txt")
+        self.assertEqual(
+            properties["sanitize"], {"integer_overflow": True, "misc_undefined": ["bounds"]}
+        )
+
+
+class TestMapping(unittest.TestCase):
+    def test_every_test_exists_and_is_listed(self):
+        groups = json.loads((ROOT / "TEST_MAPPING").read_text())
+        listed = [test["name"] for tests in groups.values() for test in tests]
+        tests = [name for name, (kind, _) in MODULES.items() if kind == "cc_test"]
+        self.assertEqual(sorted(listed), sorted(tests))
+
+
+class DeviceExamples(unittest.TestCase):
+    def test_makefile_names_modules_and_files_that_exist(self):
+        text = (DEVICE / "device.mk").read_text()
+        for module in re.findall(r"^PRODUCT_PACKAGES \+= (\S+)", text, re.M):
+            self.assertIn(module, MODULES)
+        copies = re.findall(r"uwb_params_nfcc/(\S+):\$\(TARGET_COPY_OUT_VENDOR\)/(\S+)", text)
+        self.assertEqual(len(copies), 4)
+        for source, target in copies:
+            self.assertTrue((ROOT / source).is_file(), source)
+            self.assertTrue(source.endswith("vendor/" + target), target)
+
+    def test_properties_are_those_that_the_library_reads(self):
+        text = (ROOT / "loader/android_properties.cpp").read_text()
+        rows = [line.split() for line in (DEVICE / "property_contexts").read_text().splitlines()]
+        labelled = [row[0] for row in rows if row and row[0] != "#"]
+        self.assertEqual(labelled, re.findall(r'getSystemProp\("(.*)"\)', text))
+
+    def test_policy_declares_the_type_of_the_properties(self):
+        types = set(re.findall(r":(\w+_prop):", (DEVICE / "property_contexts").read_text()))
+        policy = (DEVICE / "hal_uwb_calibration.te").read_text()
+        self.assertEqual(types, set(re.findall(r"vendor_internal_prop\((\w+)\)", policy)))
+        self.assertEqual(types, set(re.findall(r"set_prop\(\w+, (\w+)\)", policy)))
+
+
+if __name__ == "__main__":
+    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
+    parser.add_argument("--sources", type=pathlib.Path, required=True)
+    OPTIONS, rest = parser.parse_known_args()
+    unittest.main(argv=[sys.argv[0], *rest])
