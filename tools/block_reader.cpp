@@ -70,7 +70,7 @@ std::string readAll(int file, const std::string& path) {
 }  // namespace
 
 Bytes readBlock(const std::string& input) {
-  const Bytes bytes = isHexText(input) ? readHexText(input) : Bytes(input.begin(), input.end());
+  Bytes bytes = isHexText(input) ? readHexText(input) : Bytes(input.begin(), input.end());
   if (bytes.empty()) throw std::runtime_error("no block: the input is empty");
   if (bytes.size() > kBlockSize) {
     throw std::runtime_error("no block: " + std::to_string(bytes.size()) + " bytes, a block has " +

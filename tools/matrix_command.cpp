@@ -44,6 +44,7 @@ std::vector<Row> rowsOf(const Options& options) {
   std::vector<std::string> countries = countriesOfTree();
   countries.insert(countries.end(), {kDefault, ""});
   std::vector<Row> rows;
+  rows.reserve(countries.size());
   for (const std::string& country : countries) rows.push_back(rowFor(country, options, library));
   return rows;
 }

@@ -36,7 +36,7 @@ void Findings::showPathsBelow(const std::string& root) {
   const std::string folder = root.substr(0, root.find_last_not_of('/') + 1) + "/";
   for (Finding& finding : findings_) {
     std::string& path = finding.place.path;
-    path = folder + path.substr(std::min(path.find_first_not_of("./"), path.size()));
+    path.replace(0, std::min(path.find_first_not_of("./"), path.size()), folder);
   }
 }
 

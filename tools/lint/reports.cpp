@@ -13,7 +13,7 @@ using Json = nlohmann::ordered_json;
 constexpr size_t kWidth = 120;
 
 std::string painted(Severity severity, const Paint& paint) {
-  const std::string word = wordFor(severity) + ":";
+  std::string word = wordFor(severity) + ":";
   switch (severity) {
     case Severity::Note:
       return paint.cyan(word);
