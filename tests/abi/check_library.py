@@ -51,10 +51,10 @@ class Library:
         return [re.search(r"\[(.*)\]", entry).group(1) for entry in self.entries(tag)]
 
     def defined(self):
-        """Of every defined dynamic symbol type, binding, visibility and name."""
+        """Of every name that others can find type, binding, visibility and name."""
         rows = [line.split() for line in self.symbols.splitlines()]
         rows = [row for row in rows if len(row) >= 8 and re.fullmatch(r"\d+:", row[0])]
-        return [(row[3], row[4], row[5], row[7]) for row in rows if row[6] != "UND"]
+        return [(row[3], row[4], row[5], row[7]) for row in rows if row[6] != "UND" and row[4] != "LOCAL"]
 
     def segment_flags(self, name):
         """The flags of a program header, or nothing when it is missing."""
