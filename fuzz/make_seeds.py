@@ -91,10 +91,24 @@ def seeds():
             yield "grammar", f"{tree_name}_{text_name}", bytes([len(tree)]) + tree + text
 
 
+def blocks():
+    """A name and bytes of every block that the scenarios and the command's tests know."""
+    scenarios = os.path.join(PROJECT, "tests", "scenarios")
+    for scenario in sorted(os.listdir(scenarios)):
+        path = os.path.join(scenarios, scenario, "expected_block")
+        if os.path.exists(path):
+            # Rows of an offset and bytes, behind a head for each load.
+            rows = re.findall(rb"^ *[0-9]+  ((?:[0-9a-f]{2} ?)+)$", read(path), re.M)
+            yield scenario, bytes.fromhex(b" ".join(rows).decode())[:82]
+    yield "hex", read(os.path.join(PROJECT, "tests", "tools", "golden", "build_hex"))
+    yield "spaced_hex", b"0xDA, 0x35, 0x00,\n00:0c da35"
+
+
 def main():
     if len(sys.argv) != 2:
         sys.exit(__doc__)
-    for fuzzer, name, data in seeds():
+    every = [*seeds(), *(("block", name, data) for name, data in blocks())]
+    for fuzzer, name, data in every:
         folder = os.path.join(sys.argv[1], fuzzer)
         os.makedirs(folder, exist_ok=True)
         with open(os.path.join(folder, name), "wb") as file:
