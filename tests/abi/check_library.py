@@ -54,7 +54,8 @@ class Library:
         """Of every name that others can find type, binding, visibility and name."""
         rows = [line.split() for line in self.symbols.splitlines()]
         rows = [row for row in rows if len(row) >= 8 and re.fullmatch(r"\d+:", row[0])]
-        return [(row[3], row[4], row[5], row[7]) for row in rows if row[6] != "UND" and row[4] != "LOCAL"]
+        rows = [row for row in rows if row[4] != "LOCAL" and row[6] != "UND"]
+        return [(row[3], row[4], row[5], row[7]) for row in rows]
 
     def segment_flags(self, name):
         """The flags of a program header, or nothing when it is missing."""
