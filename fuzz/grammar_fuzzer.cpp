@@ -78,7 +78,7 @@ class TreeBuilder {
     const std::string& name = nameOf(input.byte());
     const std::optional<uint8_t> id = optionalByte();
     const uint8_t tag = input.byte();
-    Nodes nodes(level < kMostLevels ? input.byte() % 4 : 0);
+    Nodes nodes(level < kMostLevels ? input.byte() % 4U : 0U);
     for (std::shared_ptr<AstNode>& child : nodes) child = node(level + 1);
     const auto make = [&](const std::initializer_list<std::shared_ptr<AstNode>>& children) {
       return std::make_shared<Group>(name, id, level, children, tag);
