@@ -11,6 +11,11 @@
 
 namespace {
 
+// False when the text does not let one go back.
+bool goBack(std::streambuf& text, std::streampos start) {
+  return text.pubseekpos(start, std::ios_base::in) != std::streampos(std::streamoff(-1));
+}
+
 void readGroupNumber(std::istream& input) {
   uint8_t number = 0;
   if (extractByte(input >> std::dec, number)) return;
@@ -45,8 +50,7 @@ bool AstPrefix::parseChildren(std::istream& input) {
     // Most children are refused by their first character, without being called.
     if (!child->canBeginWith(next)) continue;
     if (start.has_value()) {
-      input.clear();
-      input.seekg(*start);
+      input.clear(goBack(text, *start) ? std::ios_base::goodbit : std::ios_base::failbit);
     } else {
       start = text.pubseekoff(0, std::ios_base::cur, std::ios_base::in);
     }

@@ -10,6 +10,7 @@
 #include "tests/support/any_stream.h"
 #include "tests/support/byte_order.h"
 #include "tests/support/log_capture.h"
+#include "tests/support/one_way_buffer.h"
 
 namespace {
 
@@ -180,6 +181,15 @@ TEST_P(AstPrefixParse, ExceptionOfAChildPasses) {
   EXPECT_THROW(node->parse(*stream("g.a=256")), std::invalid_argument);
   EXPECT_THAT(takeLog(), ElementsAre(error("Unexpected_value\n")));
   EXPECT_THAT(missingIn(*node), ElementsAre("g.a", "g.a"));
+}
+
+TEST(AstPrefixParseOneWay, NoOtherChildReadsFromWhereTheFirstOneStopped) {
+  uint8_t target = 0;
+  const auto node = group("g", {param("aa", &target), param("ab", &target)});
+  OneWayBuffer text("g.abab=1");
+  std::istream input(&text);
+  EXPECT_FALSE(node->parse(input));
+  EXPECT_THAT(missingIn(*node), ElementsAre("g.aa", "g.ab"));
 }
 
 TEST(AstPrefixPrint, ChildrenFollowOnLinesOfTheirOwn) {

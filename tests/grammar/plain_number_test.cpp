@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "grammar/text_stream.h"
+#include "tests/support/one_way_buffer.h"
 
 namespace {
 
@@ -123,25 +124,6 @@ TEST(PlainNumber, ANumberAboveTheLargestIsLeftToTheStream) {
   EXPECT_EQ(plain("0xffff", 65535).value, 65535u);
   EXPECT_EQ(plain("0x10000", 65535).value, std::nullopt);
 }
-
-// Holds one character and cannot go back.
-class OneWayBuffer : public std::streambuf {
- public:
-  explicit OneWayBuffer(std::string_view text) : text_(text) {}
-
- protected:
-  int_type underflow() override {
-    if (text_.empty()) return traits_type::eof();
-    character_ = text_.front();
-    text_.remove_prefix(1);
-    setg(&character_, &character_, &character_ + 1);
-    return traits_type::to_int_type(character_);
-  }
-
- private:
-  std::string_view text_;
-  char character_ = '\0';
-};
 
 TEST(PlainNumber, ATextWithoutAWayBackIsNotTouched) {
   OneWayBuffer text("5");
