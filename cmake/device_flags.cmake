@@ -19,8 +19,8 @@ function(use_device_flags objects library)
     return()
   endif()
   target_compile_options(${objects} PRIVATE
-    -mthumb -Os -ffunction-sections -fdata-sections -fstack-protector-strong
+    -mthumb -Os -flto=thin -ffunction-sections -fdata-sections -fstack-protector-strong
     -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2)
   target_link_options(${library} PRIVATE
-    LINKER:--gc-sections,--no-undefined,--icf=safe,--hash-style=gnu)
+    -flto=thin LINKER:--gc-sections,--no-undefined,--icf=safe,--hash-style=gnu)
 endfunction()

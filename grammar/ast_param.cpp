@@ -3,6 +3,17 @@
 
 #include <utility>
 
+namespace {
+
+void appendFullName(std::vector<std::string>& names, const std::vector<std::string>& groups,
+                    const std::string& name) {
+  std::string full_name;
+  for (const std::string& group : groups) full_name += group + ".";
+  names.push_back(full_name + name);
+}
+
+}  // namespace
+
 template <typename T>
 AstParam<T>::AstParam(std::string name, int depth, std::optional<uint8_t> id, T* target)
     : AstNode(std::move(name), depth), child(0), id(id), target(target) {
@@ -47,9 +58,7 @@ void AstParam<T>::toBuffer(EndiannessConversion conversion) {
 template <typename T>
 bool AstParam<T>::validate(std::vector<std::string>& missing, std::vector<std::string> path) {
   if (target == nullptr || child.value().has_value()) return true;
-  std::string full_name;
-  for (const std::string& group : path) full_name += group + ".";
-  missing.push_back(full_name + name);
+  appendFullName(missing, path, name);
   return false;
 }
 

@@ -5,7 +5,6 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <utility>
 
 #include "grammar/ast_param.h"
 #include "grammar/ast_prefix.h"
@@ -14,9 +13,9 @@
 // fills, and a group without a number.
 
 template <typename T>
-std::shared_ptr<AstParam<T>> param(std::string name, int depth, std::optional<uint8_t> id,
+std::shared_ptr<AstParam<T>> param(const char* name, int depth, std::optional<uint8_t> id,
                                    T* target) {
-  return std::make_shared<AstParam<T>>(std::move(name), depth, id, target);
+  return std::make_shared<AstParam<T>>(name, depth, id, target);
 }
 
 inline std::shared_ptr<AstPrefix> group(
