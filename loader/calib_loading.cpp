@@ -50,6 +50,16 @@ std::optional<ccc_calib> parse_full_calibration(const antenna_selection& selecti
   return pattern.calib;
 }
 
+// Reads the next line; false when there is none. A read error ends the file as its end does. A
+// failed allocation leaves: a list without its rest must not pass for a whole one.
+bool read_line(std::istream& lines, std::string& line) {
+  try {
+    return static_cast<bool>(std::getline(lines, line));
+  } catch (const std::ios_base::failure&) {
+    return false;
+  }
+}
+
 }  // namespace
 
 bool read_calibrations(const std::string& path_file, const std::string& country_code,
@@ -63,7 +73,8 @@ bool read_calibrations(const std::string& path_file, const std::string& country_
   CalibReader reader;
   CalibParser parser(reader, country_code);
   std::istream lines(&file);
-  for (std::string entry; std::getline(lines, entry);) {
+  lines.exceptions(std::ios_base::badbit);  // Whatever is thrown in it leaves it as it is.
+  for (std::string entry; read_line(lines, entry);) {
     __android_log_print(ANDROID_LOG_INFO, nullptr, "Reading entry: %s", entry.c_str());
     std::optional<calibration> read = parser.parsePathFileEntry(entry);
     if (read.has_value()) calibrations.push_back(std::move(*read));

@@ -69,7 +69,7 @@ TEST_F(FailingAllocations, LeaveTheBufferUntouchedOrWriteAWholeBlock) {
 }
 
 // A block from which something is missing must not come without a word.
-TEST_F(FailingAllocations, DISABLED_AreThrownOrLogged) {
+TEST_F(FailingAllocations, AreThrownOrLogged) {
   size_t n = 1;
   size_t thrown = 0;
   for (;; ++n) {
