@@ -16,8 +16,8 @@
 // value, as members. No node knows its parent. The virtual functions keep this order in every
 // class. Nothing here may be used by two threads at once.
 //
-// Nodes read from the stream's buffer where they can. An exception that the buffer itself throws,
-// as that of a directory does, leaves them.
+// Nodes read from the stream's buffer where they can, so an exception of the buffer itself may
+// leave them.
 class AstNode {
  public:
   // `name` is the literal text that the node matches, `depth` the number of blanks before it in

@@ -49,12 +49,9 @@ bool AstPrefix::parseChildren(std::istream& input) {
   for (const std::shared_ptr<AstNode>& child : children) {
     // Most children are refused by their first character, without being called.
     if (!child->canBeginWith(next)) continue;
-    if (start.has_value()) {
-      input.clear(goBack(text, *start) ? std::ios_base::goodbit : std::ios_base::failbit);
-    } else {
-      start = text.pubseekoff(0, std::ios_base::cur, std::ios_base::in);
-    }
+    if (!start.has_value()) start = text.pubseekoff(0, std::ios_base::cur, std::ios_base::in);
     if (child->parse(input)) return true;
+    input.clear(goBack(text, *start) ? std::ios_base::goodbit : std::ios_base::failbit);
   }
   return false;
 }

@@ -26,7 +26,7 @@ class AstPrefix : public AstNode {
 
  protected:
   // Lets each child in turn read from the stream's position; true as soon as one takes it. When
-  // none does, the stream is where the last one left it.
+  // none does, the stream stands where it stood.
   bool parseChildren(std::istream& input);
   size_t serializeChildren(std::vector<uint8_t>& out, EndiannessConversion conversion) const;
   // Asks every child, also after one that lacks something.

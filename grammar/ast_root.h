@@ -6,7 +6,7 @@
 // The root of a schema tree: reads a whole calibration text, line by line.
 class AstRoot : public AstPrefix {
  public:
-  // The root's own name, id and tag match nothing and are not serialized; print shows the name.
+  // The root's own name, id and tag match nothing and are not serialized; print shows name and id.
   AstRoot(const std::string& name, std::optional<uint8_t> id, int depth,
           const std::initializer_list<std::shared_ptr<AstNode>>& children, uint8_t tag);
 

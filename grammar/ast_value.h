@@ -8,7 +8,8 @@
 // The value of a parameter: a number of 8, 16 or 32 bits, or one word.
 //
 // Numbers are read as the language's streams read them: 0x or 0X introduces hexadecimal, a leading
-// 0 octal, anything else is decimal. What follows the value is never looked at.
+// 0 octal, anything else is decimal. What follows the value is never looked at; where a number ends
+// is the C++ library's to say, and libc++ takes more letters for a part of it than libstdc++ does.
 template <typename T>
 class AstValue : public AstNode {
  public:

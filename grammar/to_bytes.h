@@ -10,8 +10,8 @@
 // Appends the bytes of the object `value` to `out` and returns their number, sizeof(T): from the
 // last to the first for SwapBytes, from the first to the last for any other conversion.
 //
-// For a std::string these are the bytes of the string object itself, not its characters (12 on the
-// 32-bit device). Readers of the stream rely on the fixed width.
+// For a std::string these are the bytes of the string object itself, not its characters: 12 on the
+// 32-bit device.
 template <typename T>
 size_t to_bytes(const T& value, std::vector<uint8_t>& out, EndiannessConversion conversion) {
   const auto* const first = reinterpret_cast<const uint8_t*>(&value);
