@@ -7,7 +7,7 @@
 template <typename T>
 std::shared_ptr<AstPrefix> AntennaSelectionPattern::buildAntSelectionParams(
     std::string const& channelName, T* target) {
-  // The channel prefixes stand at the root here, so their depth is 0; the tag is the channel's.
+  // Depth 0, not 2 as in a whole calibration; the tag is the same as there.
   return group(channelName, 0, 10, {
       param("antenna_selection", 1, std::nullopt, target),
   });

@@ -9,6 +9,7 @@
 #include "tests/support/checksums.h"
 #include "tests/support/failing_allocation.h"
 #include "tests/support/log_capture.h"
+#include "tests/support/opened_files.h"
 #include "tests/support/property_map.h"
 #include "tests/support/temporary_tree.h"
 
@@ -133,8 +134,10 @@ class Load : public testing::Test {
 TEST_F(Load, NullBufferLogsTheEntryLineOnly) {
   writePathFile("calib_paths", kTwoAntennas);
   setProperty(kCountryCode, "US");
+  const OpenedFiles opened(tree.root());
   for (const unsigned int capacity : {0U, 82U, 0xFFFFFFFFU}) {
     EXPECT_EQ(load_uwb_params_from_files(nullptr, capacity), 0U);
+    EXPECT_FALSE(opened.any());
     EXPECT_THAT(takeLog(), ElementsAre(info("load_uwb_params_from_files entry, version v1.2-RC1")));
     EXPECT_THAT(takePropertyReads(), IsEmpty());
   }
@@ -142,7 +145,9 @@ TEST_F(Load, NullBufferLogsTheEntryLineOnly) {
 
 TEST_F(Load, TwoAntennas) {
   writePathFile("calib_paths", kTwoAntennas);
+  const OpenedFiles opened("calib_paths");
   EXPECT_EQ(load(), 82U);
+  EXPECT_TRUE(opened.any());
   expectWritten(blockOfTwoAntennas());
   EXPECT_EQ(takeLog(), joined({entry(),
                                vendorFilesSkipped(),
@@ -221,7 +226,9 @@ TEST_F(Load, UnusablePathFileLeadsToTheNext) {
 TEST_F(Load, InvalidPathFileHidesTheNext) {
   writePathFile("uwb_calib_paths.conf", kValues);
   writePathFile("calib_paths", kTwoAntennas);
+  const OpenedFiles hidden("calib_paths");
   EXPECT_EQ(load(), 0U);
+  EXPECT_FALSE(hidden.any());
   expectWritten({});
   EXPECT_EQ(
       takeLog(),

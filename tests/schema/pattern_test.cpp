@@ -321,7 +321,8 @@ TEST(Pattern, LargestValuesFit) {
   Pattern pattern({"a", "b"});
   parse(pattern,
         "version=65535\na.ch5.prf64.ant_delay=65535\na.ch5.prf64.tx_power=4294967295\n"
-        "a.ch5.prf64.pg_count=65535\na.ch5.prf64.pg_delay=255\nb.selector_gpio=255\n"
+        "a.ch5.prf64.pg_count=65535\na.ch5.prf64.pg_delay=255\na.selector_gpio=255\n"
+        "a.selector_gpio_value=255\na.port=255\nb.selector_gpio=255\n"
         "b.selector_gpio_value=255\nb.port=255\nwifi_coex_min_spacing=255");
   pattern.toBuffer(kNoConversion);
   EXPECT_EQ(pattern.calib.version, 65535);
@@ -329,6 +330,9 @@ TEST(Pattern, LargestValuesFit) {
   EXPECT_EQ(pattern.calib.ch5.tx_power, 4294967295);
   EXPECT_EQ(pattern.calib.ch5.pg_count, 65535);
   EXPECT_EQ(pattern.calib.ch5.pg_delay, 255);
+  EXPECT_EQ(pattern.calib.ch5.selector_gpio, 255);
+  EXPECT_EQ(pattern.calib.ch5.selector_gpio_value, 255);
+  EXPECT_EQ(pattern.calib.ch5.port, 255);
   EXPECT_EQ(pattern.calib.ch9.selector_gpio, 255);
   EXPECT_EQ(pattern.calib.ch9.selector_gpio_value, 255);
   EXPECT_EQ(pattern.calib.ch9.port, 255);
