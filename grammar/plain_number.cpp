@@ -9,11 +9,12 @@ namespace {
 
 using Traits = std::streambuf::traits_type;
 
-// The value of a digit, or a number that is no digit in any base.
+// The value of a digit; for any other character, a number that is no digit in any base.
 uint32_t digitOf(int c) {
   if (c >= '0' && c <= '9') return static_cast<uint32_t>(c - '0');
-  if (c >= 'a' && c <= 'f') return static_cast<uint32_t>(c - 'a' + 10);
-  if (c >= 'A' && c <= 'F') return static_cast<uint32_t>(c - 'A' + 10);
+  // From 'g' or 'G' on, 16 or more.
+  if (c >= 'a') return static_cast<uint32_t>(c - 'a' + 10);
+  if (c >= 'A') return static_cast<uint32_t>(c - 'A' + 10);
   return 16;
 }
 
