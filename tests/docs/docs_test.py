@@ -11,7 +11,12 @@ import sys
 import unittest
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
-DOCUMENTS = [ROOT / "README.md", *sorted((ROOT / "docs").glob("*.md"))]
+DOCUMENTS = [
+    *sorted(ROOT.glob("*.md")),
+    *sorted((ROOT / "docs").glob("*.md")),
+    ROOT / "fuzz/README.md",
+    ROOT / "tests/scenarios/README.md",
+]
 EXCERPT = re.compile(r"<!-- from: (\S+) -->\n```\w*\n(.*?)```", re.S)
 BLOCK = re.compile(r"<!-- output of: block (\S+) (\S+) -->\n```\n(.*?)```", re.S)
 PRIORITIES = {"DEBUG": "3 debug", "INFO": "4 info", "WARN": "5 warning", "ERROR": "6 error"}
