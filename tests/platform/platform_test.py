@@ -126,6 +126,19 @@ class DeviceExamples(unittest.TestCase):
         policy = (DEVICE / "hal_uwb_calibration.te").read_text()
         self.assertEqual(types, set(re.findall(r"vendor_internal_prop\((\w+)\)", policy)))
         self.assertEqual(types, set(re.findall(r"set_prop\(\w+, (\w+)\)", policy)))
+        self.assertEqual(types, set(re.findall(r"get_prop\(hal_uwb_default, (\w+)\)", policy)))
+
+    def test_policy_lets_the_service_set_the_country_alone(self):
+        contexts = (DEVICE / "property_contexts").read_text()
+        policy = (DEVICE / "hal_uwb_calibration.te").read_text()
+        setters = {
+            key: re.findall(rf"set_prop\((\w+), {label}\)", policy)
+            for key, label in re.findall(r"^(\S+) u:object_r:(\w+):", contexts, re.M)
+        }
+        self.assertEqual(setters, {
+            "ro.vendor.uwb.calibration.calibrationpaths": ["vendor_init"],
+            "vendor.uwb.calibration.country_code": ["hal_uwb_default"],
+        })
 
 
 if __name__ == "__main__":
