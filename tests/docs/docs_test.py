@@ -17,6 +17,7 @@ DOCUMENTS = [
     ROOT / "fuzz/README.md",
     ROOT / "tests/scenarios/README.md",
 ]
+WHOLE = re.compile(r"<!-- file: (\S+) -->\n```\w*\n(.*?)```", re.S)
 EXCERPT = re.compile(r"<!-- from: (\S+) -->\n```\w*\n(.*?)```", re.S)
 BLOCK = re.compile(r"<!-- output of: block (\S+) (\S+) -->\n```\n(.*?)```", re.S)
 PRIORITIES = {"DEBUG": "3 debug", "INFO": "4 info", "WARN": "5 warning", "ERROR": "6 error"}
@@ -45,6 +46,12 @@ class Documents(unittest.TestCase):
             for path, text in EXCERPT.findall(document.read_text()):
                 with self.subTest(document=document.name, path=path):
                     self.assertIn("\n" + text, "\n" + (ROOT / path).read_text())
+
+    def test_whole_files_are_shown_whole(self):
+        for document in DOCUMENTS:
+            for path, text in WHOLE.findall(document.read_text()):
+                with self.subTest(document=document.name, path=path):
+                    self.assertEqual(text, (ROOT / path).read_text())
 
     def test_links_lead_to_files(self):
         for document in DOCUMENTS:

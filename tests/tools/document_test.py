@@ -15,8 +15,8 @@ from command_test import COMMAND, EXAMPLES, PROJECT, CommandTest, run
 COMPLETION = PROJECT / "tools/completion"
 MANUAL = PROJECT / "tools/man/tarnix-uwb-params.1"
 SUBCOMMANDS = ("build", "decode", "lint", "explain", "matrix", "diff")
-# A session at a prompt: each command stands behind "$ ", its output below it.
-SESSION = re.compile(r"(?<=^```console\n).*?(?=^```$)", re.M | re.S)
+# What a terminal shows: each command stands behind "$ ", its output below it.
+TRANSCRIPT = re.compile(r"(?<=^```console\n).*?(?=^```$)", re.M | re.S)
 
 
 def help_of(subcommand):
@@ -28,10 +28,10 @@ def options_of(subcommand):
 
 
 class Documents(CommandTest):
-    def replay(self, session):
-        """The session with what its commands print now."""
+    def replay(self, transcript):
+        """The transcript with what its commands print now."""
         shown = ""
-        for command in re.findall(r"^\$ (.*)$", session, re.M):
+        for command in re.findall(r"^\$ (.*)$", transcript, re.M):
             path = f"{Path(COMMAND).parent}:{os.environ['PATH']}"
             result = subprocess.run(["bash", "-c", command], cwd=self.folder, text=True,
                                     stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
@@ -40,22 +40,25 @@ class Documents(CommandTest):
         return shown
 
     def check(self, document):
+        """Each command of the document prints what is shown, and every subcommand is shown."""
         shutil.copytree(EXAMPLES, self.folder / "examples")
         shutil.copytree(PROJECT / "tests/tools/lint", self.folder / "tests/tools/lint",
                         symlinks=True)
         text = document.read_text()
-        sessions = SESSION.findall(text)
-        now = SESSION.sub(lambda session: self.replay(session.group()), text)
+        transcripts = TRANSCRIPT.findall(text)
+        now = TRANSCRIPT.sub(lambda transcript: self.replay(transcript.group()), text)
         if os.environ.get("UPDATE"):
             document.write_text(now)
         self.assertEqual(document.read_text(), now)
-        return sessions
+        for subcommand in SUBCOMMANDS:
+            self.assertTrue(any(f"$ tarnix-uwb-params {subcommand} " in t for t in transcripts),
+                            subcommand)
 
     def test_examples_of_the_command_are_true(self):
-        sessions = self.check(PROJECT / "docs/command.md")
-        for subcommand in SUBCOMMANDS:
-            self.assertTrue(any(f"$ tarnix-uwb-params {subcommand} " in s for s in sessions),
-                            subcommand)
+        self.check(PROJECT / "docs/command.md")
+
+    def test_examples_of_the_readme_are_true(self):
+        self.check(PROJECT / "README.md")
 
 
 class Manual(CommandTest):
