@@ -1,10 +1,12 @@
 # SPDX-License-Identifier: Apache-2.0
 """Compares the library with the model over random trees.
 
-    python3 compare.py --replay 'build/tests/load_replay path/to/lib.so' --count 5000 --seed 1
+    replay='build/host/tests/load_replay build/host/libtarnix_uwb_params_nfcc.so'
+    python3 tests/model/compare.py --replay "$replay" --count 5000 --seed 1
 
-Result, bytes and the whole log of every load are compared. The first case that differs is printed
-whole and its trees are kept; `--case N` with the same seed runs that one alone.
+from the project's root. Result, bytes and the whole log of every load are compared. The first case
+that differs is printed whole and its trees are kept; `--case N` with the same seed runs that one
+alone.
 """
 
 import argparse

@@ -1,11 +1,12 @@
 # SPDX-License-Identifier: Apache-2.0
 """Compares the scenarios' expected logs and blocks with what a load really does.
 
-    python3 golden.py --replay build/tests/load_replay\\ path/to/lib.so [SCENARIO...]
+    replay='build/host/tests/load_replay build/host/libtarnix_uwb_params_nfcc.so'
+    python3 tests/scenarios/golden.py --replay "$replay" [SCENARIO...]
 
-runs the scenarios through the library and through the model. Without --replay only the model is
-compared, which still finds an expectation that has gone stale. --update rewrites the expected
-files, always from the model: the library is what is tested.
+runs the scenarios through the library and through the model, here from the project's root. Without
+--replay only the model is compared, which still finds an expectation that has gone stale. --update
+rewrites the expected files, always from the model: the library is what is tested.
 """
 
 import argparse
