@@ -34,7 +34,7 @@ extern "C" {
  *         TARNIX_UWB_PARAMS_SIZE for a truncated block. 0 when there is no valid calibration (the
  *         log then says why), when `buffer` is null, and when `capacity` is 0; the buffer is then
  *         left untouched. A block is complete, yet not always made of all files: one with a bad
- *         value is left there, which the log says, and earlier files may have set what it then
+ *         value is left there, which the log says, and other files may have set what it then
  *         lacks. The block's multi-byte fields lie most significant byte first, whatever the
  *         host's order.
  *
