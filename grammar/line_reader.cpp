@@ -43,10 +43,9 @@ bool LineReader::readLines() {
 }
 
 bool LineReader::readBlock() {
-  if (!input.good()) return false;
   constexpr size_t kBlockSize = 4096;
   // One more place, for the '\n' that the last line may lack.
-  if (block.size() < filled + kBlockSize + 1) block.resize(filled + kBlockSize + 1);
+  block.resize(filled + kBlockSize + 1);
   input.read(&block[filled], kBlockSize);
   filled += static_cast<size_t>(input.gcount());
   return input.gcount() > 0;
