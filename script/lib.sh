@@ -1,6 +1,13 @@
 # SPDX-License-Identifier: Apache-2.0
 # What the scripts of this folder share. To be sourced, from the project's root.
 
+# What a build looks for when it is configured, the tests' parts too: a build folder is configured once
+# and serves all scripts.
+readonly BUILD_PACKAGES=(
+  g++ cmake ninja-build python3 zlib1g-dev android-libbase-dev android-liblog-dev
+  libgtest-dev libgmock-dev libcli11-dev nlohmann-json3-dev
+)
+
 fail() {
   echo "${0##*/}: $*" >&2
   exit 2

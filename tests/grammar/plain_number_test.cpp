@@ -108,6 +108,18 @@ TEST(PlainNumber, EndsAtWhiteSpace) {
   EXPECT_EQ(plain("0x1F\r").value, 31u);
 }
 
+TEST(PlainNumber, EveryDigitIsPlain) {
+  uint32_t value = 0;
+  for (const char digit : std::string("0123456789abcdef")) {
+    EXPECT_EQ(plain(std::string("0x") + digit).value, value++) << digit;
+  }
+  value = 10;
+  for (const char digit : std::string("ABCDEF")) {
+    EXPECT_EQ(plain(std::string("0X") + digit).value, value++) << digit;
+  }
+  EXPECT_EQ(plain("123456789").value, 123456789u);
+}
+
 TEST(PlainNumber, OtherSpellingsAreLeftToTheStream) {
   for (const char* const text :
        {"",    " 5", "+5", "-5",   "05",   "08", "00", "0x",          "0x 1", "12abc",
