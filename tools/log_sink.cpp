@@ -5,7 +5,10 @@
 
 #include <cstdarg>
 #include <cstdio>
+#include <iostream>
 #include <utility>
+
+#include "tools/text.h"
 
 namespace {
 
@@ -30,10 +33,10 @@ void writeText(const char* text) {
   for (const char* c = text; *c != '\0'; ++c) {
     const auto byte = static_cast<unsigned char>(*c);
     if (byte == '\n' && c[1] == '\0') return;
-    if (byte < 0x20 || byte == 0x7f) {
-      std::fprintf(stderr, "\\x%02x", byte);
+    if (isControl(byte)) {
+      std::cerr << "\\x" << hexByte(byte);
     } else {
-      std::fputc(byte, stderr);
+      std::cerr << *c;
     }
   }
 }
@@ -50,11 +53,12 @@ extern "C" __attribute__((visibility("default"))) int __android_log_print(int pr
   char text[1024];
   va_list arguments;
   va_start(arguments, fmt);
-  std::vsnprintf(text, sizeof(text), fmt, arguments);
+  const int length = std::vsnprintf(text, sizeof(text), fmt, arguments);
   va_end(arguments);
-  std::fprintf(stderr, "%c ", letterOf(prio));
+  if (length < 0) return length;
+  std::cerr << letterOf(prio) << ' ';
   writeText(text);
-  std::fputc('\n', stderr);
+  std::cerr << '\n';
   return 1;
 }
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <fcntl.h>
 
-#include <cstdio>
 #include <exception>
+#include <iostream>
 
 #include "tools/command_line.h"
 #include "tools/log_sink.h"
@@ -24,7 +24,7 @@ int run(int argc, char** argv) {
   showLog(options.log && !options.quiet);
   const Outcome outcome = request.command(options, Paint(wantsColour(options)));
   if (!outcome.remark.empty() && !options.quiet) {
-    std::fprintf(stderr, "%s%s\n", kErrorPrefix, outcome.remark.c_str());
+    std::cerr << kErrorPrefix << outcome.remark << '\n';
   }
   if (outcome.result.has_value()) writeOutput(options.output, *outcome.result);
   return outcome.status;
@@ -37,7 +37,7 @@ int main(int argc, char** argv) {
   try {
     return run(argc, argv);
   } catch (const std::exception& e) {
-    std::fprintf(stderr, "%s%s\n", kErrorPrefix, printable(e.what()).c_str());
+    std::cerr << kErrorPrefix << printable(e.what()) << '\n';
     return kTrouble;
   }
 }

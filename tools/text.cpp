@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tools/text.h"
 
-#include <cstdio>
+#include <iomanip>
+#include <sstream>
 
 namespace {
 
@@ -40,15 +41,15 @@ bool isControl(uint8_t byte) {
 }
 
 std::string hex(uint32_t number, int digits) {
-  char text[16];
-  std::snprintf(text, sizeof(text), "0x%0*X", digits, number);
-  return text;
+  std::ostringstream text;
+  text << "0x" << std::hex << std::uppercase << std::setfill('0') << std::setw(digits) << number;
+  return text.str();
 }
 
 std::string hexByte(uint8_t byte) {
-  char text[4];
-  std::snprintf(text, sizeof(text), "%02x", byte);
-  return text;
+  std::ostringstream text;
+  text << std::hex << std::setfill('0') << std::setw(2) << unsigned{byte};
+  return text.str();
 }
 
 std::string padded(const std::string& text, size_t width) {
