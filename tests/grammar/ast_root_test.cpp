@@ -197,6 +197,12 @@ TEST_P(AstRootParse, CommentsAreFoundAndLoggedWithoutWhiteSpace) {
                                      debug("--------------Ignored: #xtal_trim=3;note\n")));
 }
 
+TEST_P(AstRootParse, TwoSlashesMakeACommentBehindSingleOnes) {
+  parse("/a/b // c/=1\na/ b / /=2\n");
+  EXPECT_THAT(takeLog(), ElementsAre(debug("--------------Ignored: /a/b//c/=1\n"),
+                                     debug("--------------Ignored: a/b//=2\n")));
+}
+
 TEST_P(AstRootParse, WhiteSpaceIsTheBlankAndControlCharacters9To13) {
   for (const char* blank : {"\t", "\v", "\f", "\r", " "}) {
     parse(std::string("/") + blank + "/=");

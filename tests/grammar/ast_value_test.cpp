@@ -296,6 +296,13 @@ std::string printedValue(const T& value) {
   return printed(filled(node, value));
 }
 
+TEST(AstValueParseWithoutBuffer, HasNoValue) {
+  std::istream input(nullptr);
+  EXPECT_THROW(AstValue<uint8_t>("", 0).parse(input), std::invalid_argument);
+  EXPECT_THROW(AstValue<std::string>("", 0).parse(input), std::invalid_argument);
+  EXPECT_THAT(takeLog(), ElementsAre(error("Unexpected_value\n"), error("Unexpected_value\n")));
+}
+
 TEST(AstValuePrint, NoValueIsUndefined) {
   EXPECT_EQ(printed(AstValue<uint8_t>("", 0)), " = <undefined>");
   EXPECT_EQ(printed(AstValue<uint16_t>("", 0)), " = <undefined>");
