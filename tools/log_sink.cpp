@@ -53,6 +53,7 @@ extern "C" __attribute__((visibility("default"))) int __android_log_print(int pr
   char text[1024];
   va_list arguments;
   va_start(arguments, fmt);
+  // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): the line above has initialised it.
   const int length = std::vsnprintf(text, sizeof(text), fmt, arguments);
   va_end(arguments);
   if (length < 0) return length;
