@@ -45,13 +45,12 @@ bool AstPrefix::parse(std::istream& input) {
 bool AstPrefix::parseChildren(std::istream& input) {
   std::streambuf& text = *input.rdbuf();
   const std::istream::int_type next = text.sgetc();
-  std::optional<std::streampos> start;
   for (const std::shared_ptr<AstNode>& child : children) {
     // Most children are refused by their first character, without being called.
     if (!child->canBeginWith(next)) continue;
-    if (!start.has_value()) start = text.pubseekoff(0, std::ios_base::cur, std::ios_base::in);
+    const std::streampos start = text.pubseekoff(0, std::ios_base::cur, std::ios_base::in);
     if (child->parse(input)) return true;
-    input.clear(goBack(text, *start) ? std::ios_base::goodbit : std::ios_base::failbit);
+    input.clear(goBack(text, start) ? std::ios_base::goodbit : std::ios_base::failbit);
   }
   return false;
 }
