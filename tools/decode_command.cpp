@@ -80,7 +80,7 @@ std::string view(const Bytes& block, const Verdict& verdict, const Paint& paint)
   return out;
 }
 
-std::string json(const Bytes& block, const Verdict& verdict) {
+std::string asJson(const Bytes& block, const Verdict& verdict) {
   nlohmann::ordered_json json = jsonOf(block);
   if (verdict.whole) {
     json["crc"] = {{"stored", verdict.crc.stored},
@@ -98,7 +98,7 @@ Outcome decode(const Options& options, const Paint& paint) {
   const Bytes block = readBlock(readInput(options.operands.at(0)));
   const Verdict verdict = judge(block);
   const int status = verdict.problems.empty() ? kGood : kFindings;
-  if (options.format == "json") return {status, json(block, verdict), {}};
+  if (options.format == "json") return {status, asJson(block, verdict), {}};
   if (options.format != "text") return {status, view(block, verdict, paint), {}};
   if (status == kGood) return {status, calibrationTextOf(block), {}};
   return {status, std::nullopt, "no text makes this block: " + joined(verdict.problems, "; ")};

@@ -35,7 +35,7 @@ std::string side(const Bytes& block, const BlockField& field) {
   return text;
 }
 
-std::string text(const Bytes& a, const Bytes& b, const Paint& paint) {
+std::string asText(const Bytes& a, const Bytes& b, const Paint& paint) {
   std::string out;
   for (const BlockField* field : differingFields(a, b)) {
     out += paint.bold(field->name) + ", offset " + std::to_string(field->offset) + "\n" +
@@ -52,7 +52,7 @@ Json sideJson(const Bytes& block, const BlockField& field) {
   return json;
 }
 
-std::string json(const Bytes& a, const Bytes& b) {
+std::string asJson(const Bytes& a, const Bytes& b) {
   Json json = {{"differences", Json::array()}};
   for (const BlockField* field : differingFields(a, b)) {
     json["differences"].push_back({{"name", field->name},
@@ -79,5 +79,5 @@ Outcome diff(const Options& options, const Paint& paint) {
     if (operand != nullptr) return {kFindings, std::nullopt, "no valid calibration in " + *operand};
   }
   const int status = a == b ? kGood : kFindings;
-  return {status, options.format == "json" ? json(a, b) : text(a, b, paint), {}};
+  return {status, options.format == "json" ? asJson(a, b) : asText(a, b, paint), {}};
 }

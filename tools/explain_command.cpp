@@ -137,7 +137,7 @@ std::string listText(const LoadTrace& trace, const std::string& title,
   return out;
 }
 
-std::string text(const LoadTrace& trace, const Paint& paint) {
+std::string asText(const LoadTrace& trace, const Paint& paint) {
   std::string out = filesText(trace);
   if (!trace.decided) return out;
   out += "\n" + selectionText(trace, paint);
@@ -205,7 +205,7 @@ Json fieldsJson(const LoadTrace& trace) {
   return fields;
 }
 
-Json json(const LoadTrace& trace) {
+Json asJson(const LoadTrace& trace) {
   Json json = {{"country", trace.country}, {"valid", trace.block.has_value()}};
   if (!trace.block.has_value()) json["problem"] = trace.problem;
   if (!trace.decided) return json;
@@ -232,7 +232,7 @@ Outcome explain(const Options& options, const Paint& paint) {
   const TargetRoot root(options.root);
   const LoadTrace trace = traceLoad(options.country.value_or(""));
   const int status = trace.block.has_value() ? kGood : kFindings;
-  if (options.format != "json") return {status, text(trace, paint), {}};
+  if (options.format != "json") return {status, asText(trace, paint), {}};
   // File contents may be any bytes; JSON is UTF-8.
-  return {status, json(trace).dump(2, ' ', false, Json::error_handler_t::replace) + "\n", {}};
+  return {status, asJson(trace).dump(2, ' ', false, Json::error_handler_t::replace) + "\n", {}};
 }

@@ -103,7 +103,7 @@ std::string filesText(const Row& row, const Paint& paint) {
   return out;
 }
 
-std::string text(const std::vector<Row>& rows, const Paint& paint) {
+std::string asText(const std::vector<Row>& rows, const Paint& paint) {
   size_t width = widthOf("country");
   for (const Row& row : rows) width = std::max(width, widthOf(row.title));
   std::string out =
@@ -137,7 +137,7 @@ Json rowJson(const Row& row, const std::vector<Row>& rows) {
   return json;
 }
 
-std::string json(const std::vector<Row>& rows) {
+std::string asJson(const std::vector<Row>& rows) {
   Json json = {{"countries", Json::array()}};
   for (const Row& row : rows) json["countries"].push_back(rowJson(row, rows));
   return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
@@ -150,5 +150,5 @@ Outcome matrix(const Options& options, const Paint& paint) {
   const bool all_valid =
       std::none_of(rows.begin(), rows.end(), [](const Row& row) { return row.block.empty(); });
   const int status = all_valid ? kGood : kFindings;
-  return {status, options.format == "json" ? json(rows) : text(rows, paint), {}};
+  return {status, options.format == "json" ? asJson(rows) : asText(rows, paint), {}};
 }
