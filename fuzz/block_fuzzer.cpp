@@ -9,12 +9,12 @@
 
 #include "loader/calib_loading.h"
 #include "output/calib_converter.h"
-#include "tools/block_difference.h"
-#include "tools/block_reader.h"
-#include "tools/block_view.h"
-#include "tools/calibration_text.h"
-#include "tools/crc_check.h"
-#include "tools/log_sink.h"
+#include "tools/block/calibration_text.h"
+#include "tools/block/crc_check.h"
+#include "tools/block/difference.h"
+#include "tools/block/reader.h"
+#include "tools/block/view.h"
+#include "tools/device/log_sink.h"
 
 namespace {
 

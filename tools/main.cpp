@@ -4,9 +4,9 @@
 #include <exception>
 #include <iostream>
 
-#include "tools/command_line.h"
-#include "tools/log_sink.h"
-#include "tools/output_file.h"
+#include "tools/command/command_line.h"
+#include "tools/device/log_sink.h"
+#include "tools/text/output_file.h"
 
 namespace {
 

@@ -23,7 +23,7 @@
 
 #include "tests/support/log_capture.h"
 #include "tests/support/property_map.h"
-#include "tools/target_root.h"
+#include "tools/device/target_root.h"
 
 namespace {
 

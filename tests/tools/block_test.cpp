@@ -3,10 +3,10 @@
 
 #include "output/crc16.h"
 #include "tests/tools/blocks.h"
-#include "tools/block_reader.h"
-#include "tools/block_view.h"
-#include "tools/crc_check.h"
-#include "tools/selector_code.h"
+#include "tools/block/crc_check.h"
+#include "tools/block/reader.h"
+#include "tools/block/selector_code.h"
+#include "tools/block/view.h"
 
 namespace {
 

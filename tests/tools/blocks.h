@@ -3,7 +3,7 @@
 
 #include <random>
 
-#include "tools/block_fields.h"
+#include "tools/block/fields.h"
 
 // Blocks for the tests of the tools.
 

@@ -12,8 +12,8 @@ from pathlib import Path
 
 from command_test import COMMAND, EXAMPLES, PROJECT, CommandTest, run
 
-COMPLETION = PROJECT / "tools/completion"
-MANUAL = PROJECT / "tools/man/tarnix-uwb-params.1"
+COMPLETION = PROJECT / "tools/install"
+MANUAL = PROJECT / "tools/install/tarnix-uwb-params.1"
 SUBCOMMANDS = ("build", "decode", "lint", "explain", "matrix", "diff")
 # What a terminal shows: each command stands behind "$ ", its output below it.
 TRANSCRIPT = re.compile(r"(?<=^```console\n).*?(?=^```$)", re.M | re.S)

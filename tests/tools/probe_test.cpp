@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <gmock/gmock.h>
 
-#include "tools/number_spelling.h"
-#include "tools/schema_map.h"
-#include "tools/schema_probe.h"
-#include "tools/text.h"
+#include "tools/probe/number_spelling.h"
+#include "tools/probe/schema_map.h"
+#include "tools/probe/schema_probe.h"
+#include "tools/text/text.h"
 
 namespace {
 

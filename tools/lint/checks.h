@@ -2,7 +2,7 @@
 #pragma once
 
 #include "tools/lint/findings.h"
-#include "tools/load_trace.h"
+#include "tools/trace/load_trace.h"
 
 // The rules. Each looks at one load and adds what it finds.
 

@@ -2,7 +2,7 @@
 #include <algorithm>
 
 #include "tools/lint/checks.h"
-#include "tools/text.h"
+#include "tools/text/text.h"
 
 namespace {
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <cstdlib>
 
+#include "tools/block/selector_code.h"
 #include "tools/lint/checks.h"
-#include "tools/selector_code.h"
-#include "tools/text.h"
+#include "tools/text/text.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include "loader/calib_path.h"
 #include "loader/lib.h"
 #include "tools/lint/checks.h"
-#include "tools/text.h"
+#include "tools/text/text.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "tools/countries.h"
+#include "tools/trace/countries.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "tools/lint/findings.h"
-#include "tools/text.h"
+#include "tools/text/text.h"
 
 // What people, and the programs that they look through, read of the findings.
 

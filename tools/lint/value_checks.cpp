@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tools/lint/checks.h"
-#include "tools/number_spelling.h"
-#include "tools/text.h"
+#include "tools/probe/number_spelling.h"
+#include "tools/text/text.h"
 
 namespace {
 

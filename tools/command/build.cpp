@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tools/block/view.h"
+#include "tools/command/command.h"
+#include "tools/device/device_library.h"
+#include "tools/device/target_root.h"
+
+namespace {
+
+std::string formatted(const Bytes& block, const std::string& format) {
+  if (format == "binary") return {block.begin(), block.end()};
+  if (format == "hex") return hexOf(block);
+  if (format == "json") return jsonOf(block).dump(2) + "\n";
+  if (format == "c") return cArrayOf(block);
+  return dumpOf(block);
+}
+
+std::string usualFormat(const Options& options) {
+  return options.to_terminal ? "dump" : "binary";
+}
+
+}  // namespace
+
+Outcome build(const Options& options, const Paint& /*paint*/) {
+  const DeviceLibrary library(options.library);
+  setDeviceProperties(options.country.value_or(""), options.path_file);
+  Bytes block;
+  {
+    const TargetRoot root(options.root);
+    block = library.load(options.capacity);
+  }
+  // Without room for a byte there is none to write, whatever the load found.
+  if (block.empty()) return {kFindings, std::nullopt, "no valid calibration: the log says why"};
+  return {
+      kGood, formatted(block, options.format.empty() ? usualFormat(options) : options.format), {}};
+}

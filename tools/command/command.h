@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "tools/text/text.h"
+
+// What the command line asks for. Each subcommand reads what concerns it.
+struct Options {
+  std::string root;                    // The file tree of a target; empty for the host's own.
+  std::optional<std::string> country;  // The country code property.
+  std::string path_file;               // The property that names one more path file.
+  std::string format;                  // Empty for the subcommand's usual one.
+  std::string output = "-";
+  std::string color = "auto";
+  std::string library;
+  unsigned int capacity = 0;
+  bool quiet = false;
+  bool log = false;
+  bool to_terminal = false;  // The result goes to a terminal.
+  std::vector<std::string> operands;
+  std::vector<std::string> error_rules;
+  std::vector<std::string> ignored_rules;
+};
+
+// What a subcommand leaves: the exit status, the result for the output, if any, and a line for the
+// standard error.
+struct Outcome {
+  int status = 0;
+  std::optional<std::string> result;
+  std::string remark;
+};
+
+constexpr int kGood = 0;
+constexpr int kFindings = 1;  // Or differences, or no valid calibration.
+constexpr int kTrouble = 2;   // Wrong usage or unreadable input.
+
+Outcome build(const Options& options, const Paint& paint);
+Outcome decode(const Options& options, const Paint& paint);
+Outcome lint(const Options& options, const Paint& paint);
+Outcome explain(const Options& options, const Paint& paint);
+Outcome matrix(const Options& options, const Paint& paint);
+Outcome diff(const Options& options, const Paint& paint);

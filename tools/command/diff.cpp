@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <sys/stat.h>
+
+#include <stdexcept>
+
+#include "tools/block/difference.h"
+#include "tools/block/reader.h"
+#include "tools/block/view.h"
+#include "tools/command/command.h"
+#include "tools/device/device_library.h"
+#include "tools/device/target_root.h"
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+bool isDirectory(const std::string& path) {
+  struct stat status {};
+  return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+// The block of a tree, empty without a valid calibration; or the block that the file holds.
+Bytes blockFrom(const std::string& operand, const DeviceLibrary& library) {
+  if (!isDirectory(operand)) return readBlock(readInput(operand));
+  const TargetRoot root(operand);
+  return library.load(kBlockSize);
+}
+
+std::string side(const Bytes& block, const BlockField& field) {
+  std::string text = bytesOf(block, field);
+  const std::string value = valueOf(block, field);
+  if (!value.empty()) text += " = " + value;
+  const std::string meaning = meaningOf(block, field);
+  if (!meaning.empty()) text += (text.empty() ? "" : ", ") + meaning;
+  return text;
+}
+
+std::string asText(const Bytes& a, const Bytes& b, const Paint& paint) {
+  std::string out;
+  for (const BlockField* field : differingFields(a, b)) {
+    out += paint.bold(field->name) + ", offset " + std::to_string(field->offset) + "\n" +
+           paint.red("- " + side(a, *field)) + "\n" + paint.green("+ " + side(b, *field)) + "\n";
+  }
+  return out;
+}
+
+Json sideJson(const Bytes& block, const BlockField& field) {
+  Json json = {{"bytes", bytesOf(block, field)}};
+  if (field.end() <= block.size() && field.kind != FieldKind::Reserved) {
+    json["value"] = numberIn(block, field);
+  }
+  return json;
+}
+
+std::string asJson(const Bytes& a, const Bytes& b) {
+  Json json = {{"differences", Json::array()}};
+  for (const BlockField* field : differingFields(a, b)) {
+    json["differences"].push_back({{"name", field->name},
+                                   {"offset", field->offset},
+                                   {"a", sideJson(a, *field)},
+                                   {"b", sideJson(b, *field)}});
+  }
+  return json.dump(2) + "\n";
+}
+
+}  // namespace
+
+Outcome diff(const Options& options, const Paint& paint) {
+  const std::string& first = options.operands.at(0);
+  const std::string& second = options.operands.at(1);
+  if (first == "-" && second == "-") {
+    throw std::runtime_error("only one of the two can be the standard input");
+  }
+  const DeviceLibrary library(options.library);
+  setDeviceProperties(options.country.value_or(""), options.path_file);
+  const Bytes a = blockFrom(first, library);
+  const Bytes b = blockFrom(second, library);
+  for (const std::string* operand : {a.empty() ? &first : nullptr, b.empty() ? &second : nullptr}) {
+    if (operand != nullptr) return {kFindings, std::nullopt, "no valid calibration in " + *operand};
+  }
+  const int status = a == b ? kGood : kFindings;
+  return {status, options.format == "json" ? asJson(a, b) : asText(a, b, paint), {}};
+}

@@ -1,0 +1,154 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <algorithm>
+#include <nlohmann/json.hpp>
+
+#include "tools/block/difference.h"
+#include "tools/block/view.h"
+#include "tools/command/command.h"
+#include "tools/device/device_library.h"
+#include "tools/device/log_sink.h"
+#include "tools/device/target_root.h"
+#include "tools/trace/countries.h"
+#include "tools/trace/load_trace.h"
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+// The word that stands in the path of the file that serves all other countries.
+constexpr char kDefault[] = "default";
+
+struct Row {
+  std::string title;
+  LoadTrace trace;
+  Bytes block;  // As the shared library writes it; empty without a valid calibration.
+};
+
+std::string titleOf(const std::string& country) {
+  return country.empty() ? "(none)" : printable(country);
+}
+
+Row rowFor(const std::string& country, const Options& options, const DeviceLibrary& library) {
+  setDeviceProperties(country, options.path_file);
+  Row row{titleOf(country), {}, library.load(kBlockSize)};
+  const SilentLog silent;  // The load has logged what there is to say.
+  row.trace = traceLoad(country);
+  return row;
+}
+
+// All countries of the tree, then the default and a device without a country code.
+std::vector<Row> rowsOf(const Options& options) {
+  const DeviceLibrary library(options.library);
+  const TargetRoot root(options.root);
+  setDeviceProperties("", options.path_file);
+  std::vector<std::string> countries = countriesOfTree();
+  countries.insert(countries.end(), {kDefault, ""});
+  std::vector<Row> rows;
+  rows.reserve(countries.size());
+  for (const std::string& country : countries) rows.push_back(rowFor(country, options, library));
+  return rows;
+}
+
+const Row& defaultRow(const std::vector<Row>& rows) {
+  return rows.at(rows.size() - 2);
+}
+
+std::vector<std::string> differencesFromDefault(const Row& row, const std::vector<Row>& rows) {
+  std::vector<std::string> names;
+  const Bytes& usual = defaultRow(rows).block;
+  if (row.block.empty() || usual.empty()) return names;
+  for (const BlockField* field : differingFields(row.block, usual)) {
+    if (field->kind != FieldKind::Crc) names.emplace_back(field->name);
+  }
+  return names;
+}
+
+std::vector<std::string> fallbacksOf(const Row& row) {
+  std::vector<std::string> fallbacks;
+  if (!row.trace.decided) return fallbacks;
+  for (const TracedEntry& entry : row.trace.deciding().entries) {
+    if (entry.fell_back) fallbacks.push_back(entry.last_path);
+  }
+  return fallbacks;
+}
+
+std::string crcText(const Row& row) {
+  return row.block.empty() ? "-" : valueOf(row.block, fieldAt(0));
+}
+
+std::string resultText(const Row& row) {
+  return row.block.empty() ? "none" : "block";
+}
+
+std::string problemText(const LoadTrace& trace) {
+  if (trace.missing.empty()) return trace.problem;
+  return trace.problem + ": " + printable(joined(trace.missing, ", "));
+}
+
+std::string differenceText(const Row& row, const std::vector<Row>& rows) {
+  if (row.block.empty()) return problemText(row.trace);
+  if (defaultRow(rows).block.empty()) return "the default has no block";
+  const std::vector<std::string> names = differencesFromDefault(row, rows);
+  return names.empty() ? "as the default" : joined(names, ", ");
+}
+
+std::string filesText(const Row& row, const Paint& paint) {
+  std::string out;
+  const std::vector<std::string> fallbacks = fallbacksOf(row);
+  for (const TracedFile& file : row.trace.files) {
+    const bool fallback =
+        std::find(fallbacks.begin(), fallbacks.end(), file.path) != fallbacks.end();
+    out += "    " + printable(file.path) + (fallback ? paint.cyan("  (fallback)") : "") + "\n";
+  }
+  return out;
+}
+
+std::string asText(const std::vector<Row>& rows, const Paint& paint) {
+  size_t width = widthOf("country");
+  for (const Row& row : rows) width = std::max(width, widthOf(row.title));
+  std::string out =
+      paint.bold(padded("country", width) + "  result  CRC     differs from default in") + "\n";
+  for (const Row& row : rows) {
+    const std::string result = padded(resultText(row), 6);
+    out += padded(row.title, width) + "  " + (row.block.empty() ? paint.red(result) : result) +
+           "  " + padded(crcText(row), 6) + "  " + differenceText(row, rows) + "\n" +
+           filesText(row, paint);
+  }
+  return out;
+}
+
+Json filesJson(const Row& row) {
+  Json files = Json::array();
+  for (const TracedFile& file : row.trace.files) files.push_back(file.path);
+  return files;
+}
+
+Json rowJson(const Row& row, const std::vector<Row>& rows) {
+  Json json = {{"country", row.trace.country},
+               {"valid", !row.block.empty()},
+               {"files", filesJson(row)},
+               {"fallbacks", fallbacksOf(row)}};
+  if (row.block.empty()) {
+    json["problem"] = row.trace.problem;
+  } else {
+    json["crc"] = numberIn(row.block, fieldAt(0));
+    json["differs_from_default"] = differencesFromDefault(row, rows);
+  }
+  return json;
+}
+
+std::string asJson(const std::vector<Row>& rows) {
+  Json json = {{"countries", Json::array()}};
+  for (const Row& row : rows) json["countries"].push_back(rowJson(row, rows));
+  return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+}
+
+}  // namespace
+
+Outcome matrix(const Options& options, const Paint& paint) {
+  const std::vector<Row> rows = rowsOf(options);
+  const bool all_valid =
+      std::none_of(rows.begin(), rows.end(), [](const Row& row) { return row.block.empty(); });
+  const int status = all_valid ? kGood : kFindings;
+  return {status, options.format == "json" ? asJson(rows) : asText(rows, paint), {}};
+}

@@ -1,0 +1,108 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tools/text/text.h"
+
+#include <iomanip>
+#include <sstream>
+
+namespace {
+
+bool isContinuation(char c) {
+  return (static_cast<uint8_t>(c) & 0xC0) == 0x80;
+}
+
+size_t sequenceLength(uint8_t first) {
+  if (first >= 0xC2 && first <= 0xDF) return 2;
+  if (first >= 0xE0 && first <= 0xEF) return 3;
+  if (first >= 0xF0 && first <= 0xF4) return 4;
+  return first < 0x80 ? 1 : 0;
+}
+
+// Overlong forms, surrogates and numbers above the last character of Unicode.
+bool isForbidden(uint8_t first, uint8_t second) {
+  return (first == 0xE0 && second < 0xA0) || (first == 0xED && second > 0x9F) ||
+         (first == 0xF0 && second < 0x90) || (first == 0xF4 && second > 0x8F);
+}
+
+}  // namespace
+
+size_t characterLength(const std::string& text, size_t at) {
+  const auto first = static_cast<uint8_t>(text[at]);
+  const size_t length = sequenceLength(first);
+  if (length == 0 || at + length > text.size()) return 0;
+  for (size_t i = 1; i < length; ++i) {
+    if (!isContinuation(text[at + i])) return 0;
+  }
+  if (length > 2 && isForbidden(first, static_cast<uint8_t>(text[at + 1]))) return 0;
+  return length;
+}
+
+bool isControl(uint8_t byte) {
+  return byte < 0x20 || byte == 0x7F;
+}
+
+std::string hex(uint32_t number, int digits) {
+  std::ostringstream text;
+  text << "0x" << std::hex << std::uppercase << std::setfill('0') << std::setw(digits) << number;
+  return text.str();
+}
+
+std::string hexByte(uint8_t byte) {
+  std::ostringstream text;
+  text << std::hex << std::setfill('0') << std::setw(2) << unsigned{byte};
+  return text.str();
+}
+
+std::string padded(const std::string& text, size_t width) {
+  const size_t wide = widthOf(text);
+  return wide >= width ? text : text + std::string(width - wide, ' ');
+}
+
+std::string paddedLeft(const std::string& text, size_t width) {
+  const size_t wide = widthOf(text);
+  return wide >= width ? text : std::string(width - wide, ' ') + text;
+}
+
+std::string printable(const std::string& text) {
+  std::string out;
+  for (size_t at = 0; at < text.size();) {
+    const size_t length = characterLength(text, at);
+    const auto byte = static_cast<uint8_t>(text[at]);
+    // The control characters of Unicode's second row, of two bytes, steer a terminal too.
+    const bool steers = isControl(byte) ||
+                        (byte == 0xC2 && length == 2 && static_cast<uint8_t>(text[at + 1]) < 0xA0);
+    if (byte == '\t') {
+      out += ' ';
+    } else if (length == 0 || steers) {
+      out += "\\x" + hexByte(byte);
+    } else {
+      out.append(text, at, length);
+    }
+    at += length == 0 || steers ? 1 : length;
+  }
+  return out;
+}
+
+size_t widthOf(const std::string& printable_text) {
+  size_t width = 0;
+  for (const char c : printable_text) {
+    if (!isContinuation(c)) ++width;
+  }
+  return width;
+}
+
+std::string joined(const std::vector<std::string>& parts, const std::string& between) {
+  std::string all;
+  for (const std::string& part : parts) {
+    if (&part != &parts.front()) all += between;
+    all += part;
+  }
+  return all;
+}
+
+std::string counted(size_t count, const std::string& thing) {
+  return std::to_string(count) + " " + thing + (count == 1 ? "" : "s");
+}
+
+std::string Paint::with(const std::string& code, const std::string& text) const {
+  return in_colour_ ? "\x1b[" + code + "m" + text + "\x1b[0m" : text;
+}

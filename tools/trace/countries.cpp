@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tools/trace/countries.h"
+
+#include <dirent.h>
+
+#include <fstream>
+#include <memory>
+#include <set>
+
+#include "loader/calib_path.h"
+#include "loader/lib.h"
+#include "tools/text/text.h"
+#include "tools/trace/load_trace.h"
+
+namespace {
+
+std::vector<std::string> namesIn(const std::string& directory) {
+  std::vector<std::string> names;
+  const std::unique_ptr<DIR, int (*)(DIR*)> stream(opendir(directory.c_str()), closedir);
+  if (stream == nullptr) return names;
+  while (const dirent* const entry = readdir(stream.get())) names.emplace_back(entry->d_name);
+  return names;
+}
+
+bool beginsWith(const std::string& text, const std::string& start) {
+  return text.compare(0, start.size(), start) == 0;
+}
+
+bool endsWith(const std::string& text, const std::string& end) {
+  return text.size() >= end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
+}
+
+// The path's part that holds the placeholder, a letter in its place: DIRECTORY/BEFORE x AFTER/...
+struct PlaceholderPart {
+  std::string directory;
+  std::string before;
+  std::string after;
+};
+
+PlaceholderPart partOf(const std::string& entry, size_t position) {
+  const std::string with_letter = CalibPath::setCountryCodeComponent(entry, position, "x");
+  const size_t slash = position == 0 ? std::string::npos : entry.rfind('/', position - 1);
+  const size_t begin = slash == std::string::npos ? 0 : slash + 1;
+  const size_t end = std::min(with_letter.find('/', position), with_letter.size());
+  return {slash == std::string::npos ? "." : entry.substr(0, begin),
+          entry.substr(begin, position - begin),
+          with_letter.substr(position + 1, end - position - 1)};
+}
+
+// The code that makes the placeholder's part this name; empty when none does.
+std::string codeIn(const std::string& name, const PlaceholderPart& part) {
+  const size_t around = part.before.size() + part.after.size();
+  if (name.size() <= around || !beginsWith(name, part.before) || !endsWith(name, part.after)) {
+    return {};
+  }
+  return name.substr(part.before.size(), name.size() - around);
+}
+
+void addCountriesOf(const std::string& entry, std::set<std::string>& countries) {
+  const size_t position = CalibPath::findCountryCodeComponent(entry);
+  if (position == std::string::npos) return;
+  const PlaceholderPart part = partOf(entry, position);
+  for (const std::string& name : namesIn(part.directory)) {
+    const std::string code = codeIn(name, part);
+    if (code.empty() || code[0] == '.') continue;
+    // A code in capitals is lowered before it comes here, so only some names are ever looked for.
+    const std::string path = CalibPath::setCountryCodeComponent(entry, position, code);
+    std::string reason;
+    const Readability readable = readabilityOf(path, reason);
+    if (CalibPath::lowercase(code) == code && readable <= Readability::Empty) {
+      countries.insert(code);
+    }
+  }
+}
+
+}  // namespace
+
+std::vector<std::string> countriesOfTree() {
+  std::set<std::string> countries;
+  for (const std::string& path : build_paths()) {
+    std::ifstream file(path);
+    for (std::string entry; std::getline(file, entry);) addCountriesOf(entry, countries);
+  }
+  countries.erase("default");
+  countries.erase("unknown");
+  return {countries.begin(), countries.end()};
+}
+
+std::string countryTitle(const std::string& country) {
+  return country.empty() ? "no country" : "country " + printable(country);
+}
