@@ -3,13 +3,14 @@
 
 #include <android/log.h>
 
-#include <fstream>
-#include <istream>
 #include <optional>
+#include <string_view>
 #include <utility>
 
 #include "loader/calib_parser.h"
+#include "loader/path_file.h"
 #include "loader/pattern_run.h"
+#include "loader/text_file.h"
 #include "schema/antenna_selection_pattern.h"
 #include "schema/pattern.h"
 
@@ -50,31 +51,20 @@ std::optional<ccc_calib> parse_full_calibration(const antenna_selection& selecti
   return pattern.calib;
 }
 
-// Reads the next line; false when there is none. A read error ends the file as its end does. A
-// failed allocation leaves: a list without its rest must not pass for a whole one.
-bool read_line(std::istream& lines, std::string& line) {
-  try {
-    return static_cast<bool>(std::getline(lines, line));
-  } catch (const std::ios_base::failure&) {
-    return false;
-  }
-}
-
 }  // namespace
 
 bool read_calibrations(const std::string& path_file, const std::string& country_code,
                        std::vector<calibration>& calibrations) {
-  std::filebuf file;
-  if (file.open(path_file, std::ios_base::in) == nullptr) {
+  const std::optional<std::string> text = readTextFile(path_file);
+  if (!text.has_value()) {
     __android_log_print(ANDROID_LOG_ERROR, nullptr, "Failed to open path file: %s",
                         path_file.c_str());
     return false;
   }
   CalibReader reader;
   CalibParser parser(reader, country_code);
-  std::istream lines(&file);
-  lines.exceptions(std::ios_base::badbit);  // Whatever is thrown in it leaves it as it is.
-  for (std::string entry; read_line(lines, entry);) {
+  std::string_view rest = *text;
+  for (std::string entry; next_entry(rest, entry);) {
     __android_log_print(ANDROID_LOG_INFO, nullptr, "Reading entry: %s", entry.c_str());
     std::optional<calibration> read = parser.parsePathFileEntry(entry);
     if (read.has_value()) calibrations.push_back(std::move(*read));

@@ -35,5 +35,6 @@ std::optional<calibration> CalibParser::parseCountryCodeCalib(const std::string&
   if (result.has_value()) return result;
   __android_log_print(ANDROID_LOG_ERROR, nullptr,
                       "Failed to reader calib file: %s, falling back to default", path.c_str());
-  return parsePlainCalibFile(CalibPath::setCountryCodeComponent(entry, position, "default"));
+  return parsePlainCalibFile(
+      CalibPath::setCountryCodeComponent(entry, position, CalibPath::kDefaultCountry));
 }

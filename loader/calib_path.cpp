@@ -17,7 +17,7 @@ std::string CalibPath::setCountryCodeComponent(const std::string& entry,
                                                std::string::size_type position,
                                                const std::string& code) {
   std::string path = entry;
-  path.replace(position, kPlaceholder.size(), code.empty() ? "unknown" : lowercase(code));
+  path.replace(position, kPlaceholder.size(), code.empty() ? kUnknownCountry : lowercase(code));
   return path;
 }
 

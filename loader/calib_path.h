@@ -6,6 +6,11 @@
 // The country placeholder "<country>" in the path of a calibration file.
 class CalibPath {
  public:
+  // What replaces the placeholder when no country code is set, and in the path that is read when
+  // the country has no file.
+  static constexpr const char* kUnknownCountry = "unknown";
+  static constexpr const char* kDefaultCountry = "default";
+
   // The position of the first placeholder, or std::string::npos. Capitals make no placeholder.
   static std::string::size_type findCountryCodeComponent(const std::string& path);
 

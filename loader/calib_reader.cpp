@@ -4,20 +4,18 @@
 #include <android/log.h>
 
 #include <exception>
-#include <fstream>
 
 #include "loader/text_file.h"
 
 CalibReader::~CalibReader() = default;
 
 std::optional<std::string> CalibReader::read(const std::string& path) {
-  std::filebuf file;
-  if (file.open(path, std::ios_base::in) == nullptr) {
-    __android_log_print(ANDROID_LOG_ERROR, nullptr, "Unable to open file %s", path.c_str());
-    return std::nullopt;
-  }
   try {
-    return readText(file, path);
+    std::optional<std::string> text = readTextFile(path);
+    if (!text.has_value()) {
+      __android_log_print(ANDROID_LOG_ERROR, nullptr, "Unable to open file %s", path.c_str());
+    }
+    return text;
   } catch (const std::exception& e) {
     __android_log_print(ANDROID_LOG_ERROR, nullptr, "Failed to parse calib from %s, reason: %s",
                         path.c_str(), e.what());

@@ -3,19 +3,55 @@
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
 
-#include <string>
+#include <algorithm>
+#include <cerrno>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <limits>
 #include <thread>
+#include <vector>
 
+#include "tests/support/failing_allocation.h"
 #include "tests/support/temporary_tree.h"
 
 namespace {
 
-std::string textOf(const std::string& path) {
-  std::filebuf file;
-  EXPECT_NE(file.open(path, std::ios_base::in), nullptr) << path;
-  return readText(file, path);
+// What the next calls of read() give: at most that many bytes, or the error -n. Then the system's.
+std::vector<int> readings;
+
+// What fstat() tells instead of the size, if set.
+std::optional<off_t> told_size;
+
+int failWith(int error) {
+  errno = error;
+  return -1;
 }
+
+}  // namespace
+
+// The library under test calls these in place of the C library's.
+extern "C" ssize_t read(int file, void* bytes, size_t size) {
+  if (!readings.empty()) {
+    const int reading = readings.front();
+    readings.erase(readings.begin());
+    if (reading < 0) return failWith(-reading);
+    size = std::min(size, static_cast<size_t>(reading));
+  }
+  return static_cast<ssize_t>(syscall(SYS_read, file, bytes, size));
+}
+
+extern "C" int fstat(int file, struct stat* status) noexcept {
+  if (!told_size.has_value()) return failWith(EOVERFLOW);
+  *status = {};
+  status->st_size = *told_size;
+  return file < 0 ? failWith(EBADF) : 0;
+}
+
+namespace {
 
 // A text in which no two places of a block's distance are alike.
 std::string textOfSize(size_t size) {
@@ -24,60 +60,100 @@ std::string textOfSize(size_t size) {
   return text;
 }
 
-TEST(TextFile, TextsOfEverySizeAreRead) {
-  const TemporaryTree tree;
-  for (const size_t size : {0u, 1u, 15u, 16u, 4095u, 4096u, 4097u, 8190u, 8191u, 8192u, 8193u,
-                            16382u, 16383u, 100000u}) {
+auto openFiles() {
+  const std::filesystem::directory_iterator files("/proc/self/fd");
+  return std::distance(begin(files), end(files));
+}
+
+class TextFile : public testing::Test {
+ protected:
+  ~TextFile() override {
+    EXPECT_EQ(openFiles(), open_before);
+    EXPECT_TRUE(readings.empty());
+    readings.clear();
+    told_size.reset();
+  }
+
+  TemporaryTree tree;
+  const std::ptrdiff_t open_before = openFiles();
+};
+
+TEST_F(TextFile, TextsOfEverySizeAreRead) {
+  for (const size_t size :
+       {0u, 1u, 15u, 16u, 4095u, 4096u, 4097u, 8191u, 8192u, 8193u, 16384u, 100000u}) {
     tree.write("file", textOfSize(size));
-    EXPECT_EQ(textOf("file"), textOfSize(size)) << size;
+    EXPECT_EQ(readTextFile("file"), textOfSize(size)) << size;
+    told_size = static_cast<off_t>(size);
+    EXPECT_EQ(readTextFile("file"), textOfSize(size)) << size;
+    told_size.reset();
   }
 }
 
-TEST(TextFile, EveryByteIsKept) {
-  const TemporaryTree tree;
+TEST_F(TextFile, EveryByteIsKept) {
   const std::string text("a\r\n\0\xff\x1a\nb", 8);
   tree.write("file", text);
-  EXPECT_EQ(textOf("file"), text);
+  EXPECT_EQ(readTextFile("file"), text);
 }
 
-TEST(TextFile, ALargeTextIsHeldOnce) {
-  const TemporaryTree tree;
+TEST_F(TextFile, AMissingFileHasNoText) {
+  EXPECT_EQ(readTextFile("file"), std::nullopt);
+  EXPECT_EQ(readTextFile(""), std::nullopt);
+}
+
+TEST_F(TextFile, ALargeTextIsHeldOnce) {
   constexpr size_t kSize = 1000000;
   tree.write("file", textOfSize(kSize));
-  EXPECT_LT(textOf("file").capacity(), kSize + kSize / 20);
+  told_size = kSize;
+  EXPECT_EQ(readTextFile("file")->capacity(), kSize);
 }
 
-TEST(TextFile, AFileThatVanishesWhileItIsReadIsReadToItsEnd) {
-  const TemporaryTree tree;
+TEST_F(TextFile, AWrongSizeRefusesNoFile) {
   tree.write("file", textOfSize(50000));
-  std::filebuf file;
-  ASSERT_NE(file.open("file", std::ios_base::in), nullptr);
-  tree.remove("file");
-  EXPECT_EQ(readText(file, "file"), textOfSize(50000));
+  // Some file systems tell 0, or more than any memory holds.
+  for (const off_t size : {off_t{0}, off_t{1}, off_t{4096}, off_t{49999}, off_t{50001}, off_t{-1},
+                           std::numeric_limits<off_t>::max()}) {
+    told_size = size;
+    EXPECT_EQ(readTextFile("file"), textOfSize(50000)) << size;
+  }
 }
 
-TEST(TextFile, ADirectoryHasNoText) {
-  const TemporaryTree tree;
+TEST_F(TextFile, AReadingMayGiveLessThanAskedFor) {
+  tree.write("file", textOfSize(9000));
+  readings = {1, 4095, 3};
+  EXPECT_EQ(readTextFile("file"), textOfSize(9000));
+}
+
+TEST_F(TextFile, AnInterruptedReadingIsRepeated) {
+  tree.write("file", textOfSize(9000));
+  readings = {-EINTR, 100, -EINTR, -EINTR};
+  EXPECT_EQ(readTextFile("file"), textOfSize(9000));
+}
+
+TEST_F(TextFile, AReadErrorEndsTheText) {
+  tree.write("file", textOfSize(9000));
+  readings = {100, 50, -EIO};
+  EXPECT_EQ(readTextFile("file"), textOfSize(150));
+  readings = {-EIO};
+  EXPECT_EQ(readTextFile("file"), "");
+}
+
+TEST_F(TextFile, ADirectoryHasAnEmptyText) {
   tree.makeDirectory("folder");
-  EXPECT_EQ(textOf("folder"), "");
+  EXPECT_EQ(readTextFile("folder"), "");
 }
 
-TEST(TextFile, AReadErrorEndsTheText) {
-  // The first page of a process's memory is never there: reading it fails.
-  EXPECT_EQ(textOf("/proc/self/mem"), "");
-}
-
-TEST(TextFile, AFileThatCannotTellItsSizeIsReadToItsEnd) {
-  const TemporaryTree tree;
+TEST_F(TextFile, APipeIsReadToItsEnd) {
   ASSERT_EQ(mkfifo("pipe", 0600), 0);
   const std::string text = textOfSize(50000);
-  std::thread writer([&text] {
-    std::filebuf pipe;
-    pipe.open("pipe", std::ios_base::out);
-    pipe.sputn(text.data(), static_cast<std::streamsize>(text.size()));
-  });
-  EXPECT_EQ(textOf("pipe"), text);
+  std::thread writer([&text] { std::ofstream("pipe") << text; });
+  EXPECT_EQ(readTextFile("pipe"), text);
   writer.join();
+}
+
+TEST_F(TextFile, ATextWithoutRoomIsThrown) {
+  tree.write("file", textOfSize(9000));
+  const FailingAllocation failure(0);
+  EXPECT_THROW(readTextFile("file"), std::bad_alloc);
 }
 
 }  // namespace
