@@ -4,7 +4,6 @@
 #include "tools/probe/number_spelling.h"
 #include "tools/probe/schema_map.h"
 #include "tools/probe/schema_probe.h"
-#include "tools/text/text.h"
 
 namespace {
 
@@ -135,25 +134,6 @@ TEST(SchemaMap, ANameThatMakesCommentsHasNoPlaces) {
   const std::vector<std::optional<ParameterPlace>> places = placesOf(comment, probe);
   EXPECT_TRUE(places[0].has_value());
   EXPECT_FALSE(places[1].has_value());
-}
-
-TEST(Text, PrintableKeepsTextAndEscapesTheRest) {
-  EXPECT_EQ(printable("a\tb"), "a b");
-  EXPECT_EQ(printable("caf\xC3\xA9 \xE2\x82\xAC \xF0\x9F\x98\x80"),
-            "caf\xC3\xA9 \xE2\x82\xAC \xF0\x9F\x98\x80");
-  EXPECT_EQ(printable("\x1B[31m\r"), "\\x1b[31m\\x0d");
-  EXPECT_EQ(printable(std::string("\0", 1)), "\\x00");
-  // Overlong, a surrogate, cut off, a lone continuation, a control character of two bytes.
-  EXPECT_EQ(printable("\xC0\xAF"), "\\xc0\\xaf");
-  EXPECT_EQ(printable("\xED\xA0\x80"), "\\xed\\xa0\\x80");
-  EXPECT_EQ(printable("\xE2\x82"), "\\xe2\\x82");
-  EXPECT_EQ(printable("\x80"), "\\x80");
-  EXPECT_EQ(printable("\xC2\x9B"), "\\xc2\\x9b");
-}
-
-TEST(Text, WidthCountsCharacters) {
-  EXPECT_EQ(widthOf("caf\xC3\xA9"), 4U);
-  EXPECT_EQ(padded("caf\xC3\xA9", 6), "caf\xC3\xA9  ");
 }
 
 }  // namespace

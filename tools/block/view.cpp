@@ -91,14 +91,14 @@ std::string mapRow(const Bytes& block, size_t first, const Paint& paint) {
   return bytes + "\n" + letters + "\n";
 }
 
-nlohmann::ordered_json fieldJson(const Bytes& block, const BlockField& field) {
-  nlohmann::ordered_json json = {{"name", field.name},
-                                 {"offset", field.offset},
-                                 {"size", field.size},
-                                 {"bytes", bytesOf(block, field)}};
-  if (field.kind != FieldKind::Reserved) json["value"] = numberIn(block, field);
+JsonValue fieldJson(const Bytes& block, const BlockField& field) {
+  JsonMembers json = {{"name", field.name},
+                      {"offset", field.offset},
+                      {"size", field.size},
+                      {"bytes", bytesOf(block, field)}};
+  if (field.kind != FieldKind::Reserved) json.emplace_back("value", numberIn(block, field));
   const std::string meaning = meaningOf(block, field);
-  if (!meaning.empty()) json["meaning"] = meaning;
+  if (!meaning.empty()) json.emplace_back("meaning", meaning);
   return json;
 }
 
@@ -178,12 +178,12 @@ std::string mapOf(const Bytes& block, const Paint& paint) {
   return out;
 }
 
-nlohmann::ordered_json jsonOf(const Bytes& block) {
+JsonMembers jsonOf(const Bytes& block) {
   std::string digits = hexOf(block);
   digits.pop_back();
-  nlohmann::ordered_json json = {{"bytes", digits}, {"fields", nlohmann::ordered_json::array()}};
+  std::vector<JsonValue> fields;
   for (const BlockField& field : blockFields()) {
-    if (holds(block, field)) json["fields"].push_back(fieldJson(block, field));
+    if (holds(block, field)) fields.push_back(fieldJson(block, field));
   }
-  return json;
+  return {{"bytes", digits}, {"fields", fields}};
 }

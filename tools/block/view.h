@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <nlohmann/json.hpp>
 #include <string>
 
 #include "tools/block/fields.h"
+#include "tools/text/json.h"
 #include "tools/text/text.h"
 
 // What people read of a block. Blocks may be cut: what they lack is left out.
@@ -37,4 +37,4 @@ std::string mapOf(const Bytes& block, const Paint& paint);
 std::string letterOf(const BlockField& field, const Paint& paint);
 
 // {"bytes": hex, "fields": [{name, offset, size, bytes, value, meaning}]}
-nlohmann::ordered_json jsonOf(const Bytes& block);
+JsonMembers jsonOf(const Bytes& block);

@@ -9,7 +9,7 @@ namespace {
 std::string formatted(const Bytes& block, const std::string& format) {
   if (format == "binary") return {block.begin(), block.end()};
   if (format == "hex") return hexOf(block);
-  if (format == "json") return jsonOf(block).dump(2) + "\n";
+  if (format == "json") return JsonValue(jsonOf(block)).document();
   if (format == "c") return cArrayOf(block);
   return dumpOf(block);
 }

@@ -80,16 +80,18 @@ std::string view(const Bytes& block, const Verdict& verdict, const Paint& paint)
   return out;
 }
 
+JsonValue crcJson(const CrcCheck& crc) {
+  JsonMembers json = {
+      {"stored", uint32_t{crc.stored}}, {"computed", uint32_t{crc.computed}}, {"good", crc.good()}};
+  if (!crc.good()) json.emplace_back("cause", crc.likely_cause);
+  return json;
+}
+
 std::string asJson(const Bytes& block, const Verdict& verdict) {
-  nlohmann::ordered_json json = jsonOf(block);
-  if (verdict.whole) {
-    json["crc"] = {{"stored", verdict.crc.stored},
-                   {"computed", verdict.crc.computed},
-                   {"good", verdict.crc.good()}};
-    if (!verdict.crc.good()) json["crc"]["cause"] = verdict.crc.likely_cause;
-  }
-  json["problems"] = verdict.problems;
-  return json.dump(2) + "\n";
+  JsonMembers json = jsonOf(block);
+  if (verdict.whole) json.emplace_back("crc", crcJson(verdict.crc));
+  json.emplace_back("problems", verdict.problems);
+  return JsonValue(json).document();
 }
 
 }  // namespace

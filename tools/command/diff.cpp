@@ -12,8 +12,6 @@
 
 namespace {
 
-using Json = nlohmann::ordered_json;
-
 bool isDirectory(const std::string& path) {
   struct stat status {};
   return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
@@ -44,23 +42,23 @@ std::string asText(const Bytes& a, const Bytes& b, const Paint& paint) {
   return out;
 }
 
-Json sideJson(const Bytes& block, const BlockField& field) {
-  Json json = {{"bytes", bytesOf(block, field)}};
+JsonValue sideJson(const Bytes& block, const BlockField& field) {
+  JsonMembers json = {{"bytes", bytesOf(block, field)}};
   if (field.end() <= block.size() && field.kind != FieldKind::Reserved) {
-    json["value"] = numberIn(block, field);
+    json.emplace_back("value", numberIn(block, field));
   }
   return json;
 }
 
 std::string asJson(const Bytes& a, const Bytes& b) {
-  Json json = {{"differences", Json::array()}};
+  std::vector<JsonValue> differences;
   for (const BlockField* field : differingFields(a, b)) {
-    json["differences"].push_back({{"name", field->name},
-                                   {"offset", field->offset},
-                                   {"a", sideJson(a, *field)},
-                                   {"b", sideJson(b, *field)}});
+    differences.emplace_back(JsonMembers{{"name", field->name},
+                                         {"offset", field->offset},
+                                         {"a", sideJson(a, *field)},
+                                         {"b", sideJson(b, *field)}});
   }
-  return json.dump(2) + "\n";
+  return JsonValue(JsonMembers{{"differences", differences}}).document();
 }
 
 }  // namespace

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <functional>
-#include <nlohmann/json.hpp>
 
 #include "tools/block/view.h"
 #include "tools/command/command.h"
@@ -9,8 +8,6 @@
 #include "tools/trace/load_trace.h"
 
 namespace {
-
-using Json = nlohmann::ordered_json;
 
 std::string countryName(const std::string& country) {
   return country.empty() ? "no country code" : "country " + printable(country);
@@ -152,76 +149,82 @@ std::string asText(const LoadTrace& trace, const Paint& paint) {
   return out;
 }
 
-Json lineJson(const LoadTrace& trace, const LineRef& ref) {
-  return {{"path", trace.files[ref.file].path},
-          {"line", trace.at(ref).number},
-          {"text", trace.at(ref).text}};
+JsonValue lineJson(const LoadTrace& trace, const LineRef& ref) {
+  return JsonMembers{{"path", trace.files[ref.file].path},
+                     {"line", trace.at(ref).number},
+                     {"text", trace.at(ref).text}};
 }
 
-Json linesJson(const LoadTrace& trace, const std::vector<LineRef>& lines) {
-  Json json = Json::array();
+JsonValue linesJson(const LoadTrace& trace, const std::vector<LineRef>& lines) {
+  std::vector<JsonValue> json;
   for (const LineRef& ref : lines) json.push_back(lineJson(trace, ref));
   return json;
 }
 
-Json parameterJson(const LoadTrace& trace, const TracedParameter& parameter) {
-  Json json = {{"key", parameter.key}};
+JsonValue parameterJson(const LoadTrace& trace, const TracedParameter& parameter) {
+  JsonMembers json = {{"key", parameter.key}};
   if (parameter.settings.empty()) return json;
-  json["value"] = trace.at(parameter.settings.back()).effect.value;
-  json["set_by"] = lineJson(trace, parameter.settings.back());
-  std::vector<LineRef> overridden(parameter.settings.rbegin() + 1, parameter.settings.rend());
-  json["overridden"] = linesJson(trace, overridden);
+  const LineRef& winner = parameter.settings.back();
+  json.emplace_back("value", trace.at(winner).effect.value);
+  json.emplace_back("set_by", lineJson(trace, winner));
+  const std::vector<LineRef> overridden(parameter.settings.rbegin() + 1, parameter.settings.rend());
+  json.emplace_back("overridden", linesJson(trace, overridden));
   return json;
 }
 
-Json fieldJson(const LoadTrace& trace, const BlockField& field) {
-  Json json = {{"name", field.name}, {"offset", field.offset}, {"size", field.size}};
+JsonValue fieldJson(const LoadTrace& trace, const BlockField& field) {
+  JsonMembers json = {{"name", field.name}, {"offset", field.offset}, {"size", field.size}};
   if (trace.block.has_value()) {
-    json["bytes"] = bytesOf(*trace.block, field);
-    json["value"] = numberIn(*trace.block, field);
+    json.emplace_back("bytes", bytesOf(*trace.block, field));
+    json.emplace_back("value", numberIn(*trace.block, field));
   }
-  json["parameters"] = Json::array();
+  std::vector<JsonValue> parameters;
   for (const TracedParameter* parameter : parametersOf(trace, field)) {
-    json["parameters"].push_back(parameterJson(trace, *parameter));
+    parameters.push_back(parameterJson(trace, *parameter));
   }
-  if (json["parameters"].empty()) json["source"] = sourceWithoutLine(field);
+  json.emplace_back("parameters", parameters);
+  if (parameters.empty()) json.emplace_back("source", sourceWithoutLine(field));
   return json;
 }
 
-Json filesJson(const LoadTrace& trace) {
-  Json files = Json::array();
+JsonValue filesJson(const LoadTrace& trace) {
+  std::vector<JsonValue> files;
   for (const TracedEntry& entry : trace.deciding().entries) {
     if (!entry.file.has_value()) continue;
-    files.push_back({{"path", trace.files[*entry.file].path}, {"fallback", entry.fell_back}});
+    files.emplace_back(
+        JsonMembers{{"path", trace.files[*entry.file].path}, {"fallback", entry.fell_back}});
   }
   return files;
 }
 
-Json fieldsJson(const LoadTrace& trace) {
-  Json fields = Json::array();
+JsonValue selectionJson(const LoadTrace& trace) {
+  std::vector<JsonValue> selection;
+  for (const TracedParameter& parameter : trace.parameters) {
+    if (parameter.pass == Pass::Selection) selection.push_back(parameterJson(trace, parameter));
+  }
+  return selection;
+}
+
+JsonValue fieldsJson(const LoadTrace& trace) {
+  std::vector<JsonValue> fields;
   for (const BlockField& field : blockFields()) {
     if (field.kind != FieldKind::Reserved) fields.push_back(fieldJson(trace, field));
   }
   return fields;
 }
 
-Json asJson(const LoadTrace& trace) {
-  Json json = {{"country", trace.country}, {"valid", trace.block.has_value()}};
-  if (!trace.block.has_value()) json["problem"] = trace.problem;
+JsonValue asJson(const LoadTrace& trace) {
+  JsonMembers json = {{"country", trace.country}, {"valid", trace.block.has_value()}};
+  if (!trace.block.has_value()) json.emplace_back("problem", trace.problem);
   if (!trace.decided) return json;
-  json["path_file"] = trace.deciding().path;
-  json["files"] = filesJson(trace);
-  json["selection"] = Json::array();
-  for (const TracedParameter& parameter : trace.parameters) {
-    if (parameter.pass == Pass::Selection) {
-      json["selection"].push_back(parameterJson(trace, parameter));
-    }
-  }
-  json["fields"] = fieldsJson(trace);
-  json["failing"] = linesJson(trace, failingLines(trace));
-  json["lost"] = linesJson(trace, lostLines(trace));
-  json["dropped"] = linesJson(trace, droppedLines(trace));
-  json["missing"] = trace.missing;
+  json.emplace_back("path_file", trace.deciding().path);
+  json.emplace_back("files", filesJson(trace));
+  json.emplace_back("selection", selectionJson(trace));
+  json.emplace_back("fields", fieldsJson(trace));
+  json.emplace_back("failing", linesJson(trace, failingLines(trace)));
+  json.emplace_back("lost", linesJson(trace, lostLines(trace)));
+  json.emplace_back("dropped", linesJson(trace, droppedLines(trace)));
+  json.emplace_back("missing", trace.missing);
   return json;
 }
 
@@ -233,6 +236,5 @@ Outcome explain(const Options& options, const Paint& paint) {
   const LoadTrace trace = traceLoad(options.country.value_or(""));
   const int status = trace.block.has_value() ? kGood : kFindings;
   if (options.format != "json") return {status, asText(trace, paint), {}};
-  // File contents may be any bytes; JSON is UTF-8.
-  return {status, asJson(trace).dump(2, ' ', false, Json::error_handler_t::replace) + "\n", {}};
+  return {status, asJson(trace).document(), {}};
 }

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <algorithm>
-#include <nlohmann/json.hpp>
 
 #include "tools/block/difference.h"
 #include "tools/block/view.h"
@@ -12,8 +11,6 @@
 #include "tools/trace/load_trace.h"
 
 namespace {
-
-using Json = nlohmann::ordered_json;
 
 // The word that stands in the path of the file that serves all other countries.
 constexpr char kDefault[] = "default";
@@ -117,30 +114,30 @@ std::string asText(const std::vector<Row>& rows, const Paint& paint) {
   return out;
 }
 
-Json filesJson(const Row& row) {
-  Json files = Json::array();
-  for (const TracedFile& file : row.trace.files) files.push_back(file.path);
-  return files;
+std::vector<std::string> pathsOf(const Row& row) {
+  std::vector<std::string> paths;
+  for (const TracedFile& file : row.trace.files) paths.push_back(file.path);
+  return paths;
 }
 
-Json rowJson(const Row& row, const std::vector<Row>& rows) {
-  Json json = {{"country", row.trace.country},
-               {"valid", !row.block.empty()},
-               {"files", filesJson(row)},
-               {"fallbacks", fallbacksOf(row)}};
+JsonValue rowJson(const Row& row, const std::vector<Row>& rows) {
+  JsonMembers json = {{"country", row.trace.country},
+                      {"valid", !row.block.empty()},
+                      {"files", pathsOf(row)},
+                      {"fallbacks", fallbacksOf(row)}};
   if (row.block.empty()) {
-    json["problem"] = row.trace.problem;
+    json.emplace_back("problem", row.trace.problem);
   } else {
-    json["crc"] = numberIn(row.block, fieldAt(0));
-    json["differs_from_default"] = differencesFromDefault(row, rows);
+    json.emplace_back("crc", numberIn(row.block, fieldAt(0)));
+    json.emplace_back("differs_from_default", differencesFromDefault(row, rows));
   }
   return json;
 }
 
 std::string asJson(const std::vector<Row>& rows) {
-  Json json = {{"countries", Json::array()}};
-  for (const Row& row : rows) json["countries"].push_back(rowJson(row, rows));
-  return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+  std::vector<JsonValue> countries;
+  for (const Row& row : rows) countries.push_back(rowJson(row, rows));
+  return JsonValue(JsonMembers{{"countries", countries}}).document();
 }
 
 }  // namespace

@@ -1,13 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tools/lint/reports.h"
 
-#include <nlohmann/json.hpp>
-
+#include "tools/text/json.h"
 #include "tools/trace/countries.h"
 
 namespace {
-
-using Json = nlohmann::ordered_json;
 
 // A terminal's line and a bit: longer lines are shown around the column.
 constexpr size_t kWidth = 120;
@@ -43,11 +40,16 @@ std::string findingText(const Findings& findings, const Finding& finding, const 
          " [" + rules()[finding.rule].name + "]\n" + excerpt(place, paint);
 }
 
-Json findingJson(const Finding& finding) {
-  return {{"path", finding.place.path},         {"line", finding.place.line},
-          {"column", finding.place.column},     {"severity", wordFor(finding.severity)},
-          {"rule", rules()[finding.rule].name}, {"message", finding.message},
-          {"countries", finding.countries},     {"source", finding.place.source}};
+JsonValue findingJson(const Finding& finding) {
+  const std::vector<std::string> countries(finding.countries.begin(), finding.countries.end());
+  return JsonMembers{{"path", finding.place.path},
+                     {"line", finding.place.line},
+                     {"column", finding.place.column},
+                     {"severity", wordFor(finding.severity)},
+                     {"rule", rules()[finding.rule].name},
+                     {"message", finding.message},
+                     {"countries", countries},
+                     {"source", finding.place.source}};
 }
 
 std::string escaped(const std::string& text, const std::string& characters) {
@@ -76,10 +78,9 @@ std::string textReport(const Findings& findings, const Paint& paint) {
 }
 
 std::string jsonReport(const Findings& findings) {
-  Json json = {{"findings", Json::array()}};
-  for (const Finding& finding : findings.all()) json["findings"].push_back(findingJson(finding));
-  // Files may hold any bytes; JSON is UTF-8.
-  return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+  std::vector<JsonValue> json;
+  for (const Finding& finding : findings.all()) json.push_back(findingJson(finding));
+  return JsonValue(JsonMembers{{"findings", json}}).document();
 }
 
 std::string githubReport(const Findings& findings) {

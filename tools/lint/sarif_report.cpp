@@ -1,12 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <cctype>
-#include <nlohmann/json.hpp>
 
 #include "tools/lint/reports.h"
+#include "tools/text/json.h"
 
 namespace {
-
-using Json = nlohmann::ordered_json;
 
 // The path as a relative or absolute reference, every byte that is none of a reference's encoded.
 std::string uriOf(const std::string& path) {
@@ -20,46 +18,51 @@ std::string uriOf(const std::string& path) {
   return uri;
 }
 
-Json ruleJson(const Rule& rule) {
-  return {{"id", rule.name},
-          {"shortDescription", {{"text", rule.summary}}},
-          {"defaultConfiguration", {{"level", wordFor(rule.severity)}}}};
+JsonValue textJson(const std::string& text) {
+  return JsonMembers{{"text", text}};
 }
 
-Json regionOf(const Place& place) {
+JsonValue ruleJson(const Rule& rule) {
+  return JsonMembers{{"id", rule.name},
+                     {"shortDescription", textJson(rule.summary)},
+                     {"defaultConfiguration", JsonMembers{{"level", wordFor(rule.severity)}}}};
+}
+
+JsonValue regionOf(const Place& place) {
   // SARIF counts characters, not bytes.
   const size_t column = widthOf(printable(place.source.substr(0, place.column - 1))) + 1;
-  Json region = {{"startLine", place.line}, {"startColumn", column}};
-  if (!place.source.empty()) region["snippet"] = {{"text", printable(place.source)}};
+  JsonMembers region = {{"startLine", place.line}, {"startColumn", column}};
+  if (!place.source.empty()) region.emplace_back("snippet", textJson(printable(place.source)));
   return region;
 }
 
-Json resultJson(const Findings& findings, const Finding& finding) {
-  const Json location = {{"artifactLocation", {{"uri", uriOf(finding.place.path)}}},
-                         {"region", regionOf(finding.place)}};
-  return {{"ruleId", rules()[finding.rule].name},
-          {"ruleIndex", finding.rule},
-          {"level", wordFor(finding.severity)},
-          {"message", {{"text", printable(messageOf(findings, finding))}}},
-          {"locations", Json::array({{{"physicalLocation", location}}})}};
+JsonValue resultJson(const Findings& findings, const Finding& finding) {
+  const JsonMembers place = {{"artifactLocation", JsonMembers{{"uri", uriOf(finding.place.path)}}},
+                             {"region", regionOf(finding.place)}};
+  const std::vector<JsonValue> locations = {JsonMembers{{"physicalLocation", place}}};
+  return JsonMembers{{"ruleId", rules()[finding.rule].name},
+                     {"ruleIndex", finding.rule},
+                     {"level", wordFor(finding.severity)},
+                     {"message", textJson(printable(messageOf(findings, finding)))},
+                     {"locations", locations}};
 }
 
-Json driverJson() {
-  Json driver = {{"name", "tarnix-uwb-params"}, {"rules", Json::array()}};
-  for (const Rule& rule : rules()) driver["rules"].push_back(ruleJson(rule));
-  return driver;
+JsonValue driverJson() {
+  std::vector<JsonValue> driver_rules;
+  for (const Rule& rule : rules()) driver_rules.push_back(ruleJson(rule));
+  return JsonMembers{{"name", "tarnix-uwb-params"}, {"rules", driver_rules}};
 }
 
 }  // namespace
 
 std::string sarifReport(const Findings& findings) {
-  Json results = Json::array();
+  std::vector<JsonValue> results;
   for (const Finding& finding : findings.all()) results.push_back(resultJson(findings, finding));
-  const Json run = {{"tool", {{"driver", driverJson()}}},
-                    {"columnKind", "unicodeCodePoints"},
-                    {"results", results}};
-  const Json log = {{"$schema", "https://json.schemastore.org/sarif-2.1.0.json"},
-                    {"version", "2.1.0"},
-                    {"runs", Json::array({run})}};
-  return log.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+  const std::vector<JsonValue> runs = {JsonMembers{{"tool", JsonMembers{{"driver", driverJson()}}},
+                                                   {"columnKind", "unicodeCodePoints"},
+                                                   {"results", results}}};
+  const JsonMembers log = {{"$schema", "https://json.schemastore.org/sarif-2.1.0.json"},
+                           {"version", "2.1.0"},
+                           {"runs", runs}};
+  return JsonValue(log).document();
 }

@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <gtest/gtest.h>
+
+#include "tools/text/json.h"
+#include "tools/text/text.h"
+
+namespace {
+
+TEST(Text, PrintableKeepsTextAndEscapesTheRest) {
+  EXPECT_EQ(printable("a\tb"), "a b");
+  EXPECT_EQ(printable("caf\xC3\xA9 \xE2\x82\xAC \xF0\x9F\x98\x80"),
+            "caf\xC3\xA9 \xE2\x82\xAC \xF0\x9F\x98\x80");
+  EXPECT_EQ(printable("\x1B[31m\r"), "\\x1b[31m\\x0d");
+  EXPECT_EQ(printable(std::string("\0", 1)), "\\x00");
+  // Overlong, a surrogate, cut off, a lone continuation, a control character of two bytes.
+  EXPECT_EQ(printable("\xC0\xAF"), "\\xc0\\xaf");
+  EXPECT_EQ(printable("\xED\xA0\x80"), "\\xed\\xa0\\x80");
+  EXPECT_EQ(printable("\xE2\x82"), "\\xe2\\x82");
+  EXPECT_EQ(printable("\x80"), "\\x80");
+  EXPECT_EQ(printable("\xC2\x9B"), "\\xc2\\x9b");
+}
+
+TEST(Text, WidthCountsCharacters) {
+  EXPECT_EQ(widthOf("caf\xC3\xA9"), 4U);
+  EXPECT_EQ(padded("caf\xC3\xA9", 6), "caf\xC3\xA9  ");
+}
+
+TEST(Json, WritesNumbersTextsAndEmptyLists) {
+  const JsonMembers members = {{"largest", UINT32_MAX},
+                               {"long", uint64_t{1} << 40},
+                               {"none", std::vector<std::string>{}},
+                               {"yes", true}};
+  EXPECT_EQ(JsonValue(members).document(),
+            "{\n  \"largest\": 4294967295,\n  \"long\": 1099511627776,\n  \"none\": [],\n"
+            "  \"yes\": true\n}\n");
+}
+
+TEST(Json, EscapesWhatJsonForbids) {
+  EXPECT_EQ(JsonValue("a\"b\\\n\x01").document(), "\"a\\\"b\\\\\\n\\u0001\"\n");
+  EXPECT_EQ(JsonValue(std::string("a\0b", 3)).document(), "\"a\\u0000b\"\n");
+}
+
+TEST(Json, ReplacesBytesThatAreNoUtf8) {
+  EXPECT_EQ(JsonValue(std::string("\xC3(\xFF\xC3\xA9")).document(),
+            "\"\xEF\xBF\xBD(\xEF\xBF\xBD\xC3\xA9\"\n");
+}
+
+}  // namespace

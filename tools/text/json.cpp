@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tools/text/json.h"
+
+#include <json/value.h>
+#include <json/writer.h>
+
+#include "tools/text/text.h"
+
+namespace {
+
+std::string validUtf8(const std::string& text) {
+  std::string valid;
+  for (size_t at = 0; at < text.size();) {
+    const size_t length = characterLength(text, at);
+    valid += length == 0 ? "\xEF\xBF\xBD" : text.substr(at, length);
+    at += length == 0 ? 1 : length;
+  }
+  return valid;
+}
+
+Json::Value arrayOf(const std::vector<std::string>& texts) {
+  Json::Value array(Json::arrayValue);
+  for (const std::string& text : texts) array.append(validUtf8(text));
+  return array;
+}
+
+std::shared_ptr<const Json::Value> shared(Json::Value value) {
+  return std::make_shared<const Json::Value>(std::move(value));
+}
+
+}  // namespace
+
+JsonValue::JsonValue(bool value) : value_(shared(value)) {}
+
+JsonValue::JsonValue(uint32_t value) : value_(shared(value)) {}
+
+JsonValue::JsonValue(uint64_t value) : value_(shared(Json::UInt64{value})) {}
+
+JsonValue::JsonValue(const char* text) : value_(shared(text)) {}
+
+JsonValue::JsonValue(const std::string& text) : value_(shared(validUtf8(text))) {}
+
+JsonValue::JsonValue(const std::vector<std::string>& texts) : value_(shared(arrayOf(texts))) {}
+
+JsonValue::JsonValue(const std::vector<JsonValue>& elements) {
+  Json::Value array(Json::arrayValue);
+  for (const JsonValue& element : elements) array.append(*element.value_);
+  value_ = shared(std::move(array));
+}
+
+JsonValue::JsonValue(const JsonMembers& members) {
+  Json::Value object(Json::objectValue);
+  for (const auto& [name, member] : members) object[name] = *member.value_;
+  value_ = shared(std::move(object));
+}
+
+std::string JsonValue::document() const {
+  Json::StreamWriterBuilder style;
+  style["indentation"] = "  ";
+  style["emitUTF8"] = true;
+  style["enableYAMLCompatibility"] = true;  // No blank before a colon.
+  return Json::writeString(style, *value_) + "\n";
+}

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace Json {
+class Value;
+}
+
+class JsonValue;
+
+// The members of an object, to be filled one by one.
+using JsonMembers = std::vector<std::pair<const char*, JsonValue>>;
+
+// A value of a JSON document. Only json.cpp includes the library that writes it.
+class JsonValue {
+ public:
+  // NOLINTBEGIN(google-explicit-constructor): members are written as {"name", value}.
+  JsonValue(bool value);
+  JsonValue(uint32_t value);
+  JsonValue(uint64_t value);
+  JsonValue(const char* text);
+  // A byte that is no UTF-8 becomes U+FFFD: files may hold any bytes, JSON is UTF-8.
+  JsonValue(const std::string& text);
+  JsonValue(const std::vector<std::string>& texts);
+  JsonValue(const std::vector<JsonValue>& elements);
+  JsonValue(const JsonMembers& members);
+  // NOLINTEND(google-explicit-constructor)
+
+  // The whole document, indented, with a line end after it.
+  std::string document() const;
+
+ private:
+  std::shared_ptr<const Json::Value> value_;
+};
