@@ -7,9 +7,9 @@
 
 #include <cstdint>
 
+#include "tests/kit/failing_allocation.h"
+#include "tests/kit/temporary_tree.h"
 #include "tests/loader/calibrations.h"
-#include "tests/support/failing_allocation.h"
-#include "tests/support/temporary_tree.h"
 
 namespace {
 

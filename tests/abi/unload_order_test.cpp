@@ -10,8 +10,8 @@
 #include <new>
 #include <string>
 
+#include "tests/kit/temporary_tree.h"
 #include "tests/loader/calibrations.h"
-#include "tests/support/temporary_tree.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include "include/tarnix_uwb_params_nfcc.h"
 #include "tests/faults/device.h"
 #include "tests/faults/guarded_load.h"
-#include "tests/support/log_capture.h"
+#include "tests/kit/log_capture.h"
 
 namespace {
 

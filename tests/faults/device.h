@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/support/temporary_tree.h"
+#include "tests/kit/temporary_tree.h"
 
 // A device whose calibration is valid, in the working directory.
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tests/faults/doubles.h"
 
-// The log and the properties, as tests/support has them, but without a share in what the library
+// The log and the properties, as tests/kit has them, but without a share in what the library
 // allocates.
 #include <android-base/properties.h>
 #include <android/log.h>
@@ -12,7 +12,7 @@
 
 #include "tests/faults/counted_new.h"
 #include "tests/faults/device.h"
-#include "tests/support/log_capture.h"
+#include "tests/kit/log_capture.h"
 
 namespace {
 

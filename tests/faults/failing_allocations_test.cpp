@@ -9,7 +9,7 @@
 #include "tests/faults/device.h"
 #include "tests/faults/guarded_load.h"
 #include "tests/faults/process_state.h"
-#include "tests/support/log_capture.h"
+#include "tests/kit/log_capture.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 
 #include "include/tarnix_uwb_params_nfcc.h"
 #include "tests/faults/device.h"
-#include "tests/support/log_capture.h"
+#include "tests/kit/log_capture.h"
 
 Load load(unsigned int capacity, size_t shift) {
   Load load;

@@ -10,7 +10,7 @@
 #include "tests/faults/doubles.h"
 #include "tests/faults/effort.h"
 #include "tests/faults/guarded_load.h"
-#include "tests/support/log_capture.h"
+#include "tests/kit/log_capture.h"
 
 namespace {
 

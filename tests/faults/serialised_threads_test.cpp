@@ -7,8 +7,8 @@
 #include "include/tarnix_uwb_params_nfcc.h"
 #include "tests/faults/device.h"
 #include "tests/faults/guarded_load.h"
-#include "tests/support/log_capture.h"
-#include "tests/support/property_map.h"
+#include "tests/kit/log_capture.h"
+#include "tests/kit/property_map.h"
 
 namespace {
 

@@ -9,8 +9,8 @@
 #include "grammar/ast_equal.h"
 #include "grammar/ast_value.h"
 #include "tests/grammar/nodes.h"
-#include "tests/support/log_capture.h"
-#include "tests/support/virtual_slot.h"
+#include "tests/kit/log_capture.h"
+#include "tests/kit/virtual_slot.h"
 
 namespace {
 

@@ -7,10 +7,10 @@
 #include <stdexcept>
 
 #include "tests/grammar/nodes.h"
-#include "tests/support/any_stream.h"
-#include "tests/support/byte_order.h"
-#include "tests/support/checksums.h"
-#include "tests/support/log_capture.h"
+#include "tests/kit/any_stream.h"
+#include "tests/kit/byte_order.h"
+#include "tests/kit/checksums.h"
+#include "tests/kit/log_capture.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/support/any_stream.h"
+#include "tests/kit/any_stream.h"
 
 namespace {
 

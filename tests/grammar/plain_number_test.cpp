@@ -9,7 +9,7 @@
 #include <string_view>
 
 #include "grammar/text_stream.h"
-#include "tests/support/one_way_buffer.h"
+#include "tests/kit/one_way_buffer.h"
 
 namespace {
 

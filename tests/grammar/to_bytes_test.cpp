@@ -7,7 +7,7 @@
 #include <string>
 
 #include "tests/grammar/nodes.h"
-#include "tests/support/byte_order.h"
+#include "tests/kit/byte_order.h"
 
 namespace {
 

@@ -6,8 +6,8 @@
 
 #include <type_traits>
 
-#include "tests/support/log_capture.h"
-#include "tests/support/property_map.h"
+#include "tests/kit/log_capture.h"
+#include "tests/kit/property_map.h"
 
 namespace {
 

@@ -7,10 +7,10 @@
 #include <cstring>
 #include <type_traits>
 
+#include "tests/kit/byte_order.h"
+#include "tests/kit/log_capture.h"
+#include "tests/kit/temporary_tree.h"
 #include "tests/loader/calibrations.h"
-#include "tests/support/byte_order.h"
-#include "tests/support/log_capture.h"
-#include "tests/support/temporary_tree.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include <map>
 #include <vector>
 
-#include "tests/support/log_capture.h"
+#include "tests/kit/log_capture.h"
 
 namespace {
 

@@ -7,10 +7,10 @@
 #include <memory>
 #include <type_traits>
 
-#include "tests/support/failing_allocation.h"
-#include "tests/support/log_capture.h"
-#include "tests/support/temporary_tree.h"
-#include "tests/support/virtual_slot.h"
+#include "tests/kit/failing_allocation.h"
+#include "tests/kit/log_capture.h"
+#include "tests/kit/temporary_tree.h"
+#include "tests/kit/virtual_slot.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/support/log_capture.h"
+#include "tests/kit/log_capture.h"
 
 // Complete calibrations, the blocks that they give, and the log lines of whole steps.
 

@@ -5,13 +5,13 @@
 #include <gtest/gtest.h>
 
 #include "include/tarnix_uwb_params_nfcc.h"
+#include "tests/kit/checksums.h"
+#include "tests/kit/failing_allocation.h"
+#include "tests/kit/log_capture.h"
+#include "tests/kit/opened_files.h"
+#include "tests/kit/property_map.h"
+#include "tests/kit/temporary_tree.h"
 #include "tests/loader/calibrations.h"
-#include "tests/support/checksums.h"
-#include "tests/support/failing_allocation.h"
-#include "tests/support/log_capture.h"
-#include "tests/support/opened_files.h"
-#include "tests/support/property_map.h"
-#include "tests/support/temporary_tree.h"
 
 namespace {
 

@@ -9,7 +9,7 @@
 #include <stdexcept>
 
 #include "grammar/ast_param.h"
-#include "tests/support/log_capture.h"
+#include "tests/kit/log_capture.h"
 
 namespace {
 

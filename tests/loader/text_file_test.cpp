@@ -15,8 +15,8 @@
 #include <thread>
 #include <vector>
 
-#include "tests/support/failing_allocation.h"
-#include "tests/support/temporary_tree.h"
+#include "tests/kit/failing_allocation.h"
+#include "tests/kit/temporary_tree.h"
 
 namespace {
 

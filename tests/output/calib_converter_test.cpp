@@ -11,9 +11,9 @@
 #include <type_traits>
 #include <vector>
 
-#include "tests/support/byte_order.h"
-#include "tests/support/checksums.h"
-#include "tests/support/log_capture.h"
+#include "tests/kit/byte_order.h"
+#include "tests/kit/checksums.h"
+#include "tests/kit/log_capture.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include <type_traits>
 #include <vector>
 
-#include "tests/support/byte_order.h"
+#include "tests/kit/byte_order.h"
 
 namespace {
 

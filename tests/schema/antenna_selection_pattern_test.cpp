@@ -9,8 +9,8 @@
 #include <stdexcept>
 #include <type_traits>
 
+#include "tests/kit/log_capture.h"
 #include "tests/schema/tree_questions.h"
-#include "tests/support/log_capture.h"
 
 namespace {
 

@@ -6,9 +6,9 @@
 
 #include <type_traits>
 
+#include "tests/kit/checksums.h"
+#include "tests/kit/log_capture.h"
 #include "tests/schema/tree_questions.h"
-#include "tests/support/checksums.h"
-#include "tests/support/log_capture.h"
 
 namespace {
 

@@ -21,8 +21,8 @@
 #include <string>
 #include <vector>
 
-#include "tests/support/log_capture.h"
-#include "tests/support/property_map.h"
+#include "tests/kit/log_capture.h"
+#include "tests/kit/property_map.h"
 #include "tools/device/target_root.h"
 
 namespace {

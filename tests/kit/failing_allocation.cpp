@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "tests/support/failing_allocation.h"
+#include "tests/kit/failing_allocation.h"
 
 #include <cstdlib>
 

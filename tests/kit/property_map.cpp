@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "tests/support/property_map.h"
+#include "tests/kit/property_map.h"
 
 #include <android-base/properties.h>
 

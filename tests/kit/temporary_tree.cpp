@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "tests/support/temporary_tree.h"
+#include "tests/kit/temporary_tree.h"
 
 #include <stdlib.h>
 
