@@ -14,7 +14,7 @@
 #include "tools/block/difference.h"
 #include "tools/block/reader.h"
 #include "tools/block/view.h"
-#include "tools/device/log_sink.h"
+#include "tools/device/library_log.h"
 
 namespace {
 
@@ -37,7 +37,7 @@ bool isLibrarys(const Bytes& block) {
 }
 
 void checkRoundTrip(const Bytes& block) {
-  const SilentLog silent;
+  const LogCapture log;
   ccc_calib calib{};
   const ParseResult result =
       parse_calibrations({{"text", calibrationTextOf(block)}}, "path file", calib);

@@ -5,7 +5,7 @@
 # and serves all scripts.
 readonly BUILD_PACKAGES=(
   g++ cmake ninja-build python3 zlib1g-dev android-libbase-dev android-liblog-dev
-  libgtest-dev libgmock-dev libcli11-dev libjsoncpp-dev
+  libgtest-dev libgmock-dev libjsoncpp-dev
 )
 
 fail() {

@@ -5,7 +5,7 @@
 #include <iostream>
 
 #include "tools/command/command_line.h"
-#include "tools/device/log_sink.h"
+#include "tools/device/library_log.h"
 #include "tools/text/output_file.h"
 
 namespace {
@@ -22,7 +22,9 @@ int run(int argc, char** argv) {
   const Request request = parseCommandLine(argc, argv);
   const Options& options = request.options;
   showLog(options.log && !options.quiet);
-  const Outcome outcome = request.command(options, Paint(wantsColour(options)));
+  const Outcome outcome = request.run == nullptr
+                              ? Outcome{kGood, request.answer, {}}
+                              : request.run(options, Paint(wantsColour(options)));
   if (!outcome.remark.empty() && !options.quiet) {
     std::cerr << kErrorPrefix << outcome.remark << '\n';
   }

@@ -490,14 +490,55 @@ class Usage(CommandTest):
         result = run("--help")
         self.assertEqual((result.returncode, result.stderr), (0, b""))
         self.golden("help", result.stdout)
+        self.assertEqual(run("-h").stdout, result.stdout)
+        for subcommand in ("build", "decode", "lint", "explain", "matrix", "diff"):
+            result = run(subcommand, "-h")
+            self.assertEqual((result.returncode, result.stderr), (0, b""))
+            self.golden(f"help.{subcommand}", result.stdout)
 
-    def test_wrong_usage_is_status_2(self):
-        for arguments in ([], ["nonsense"], ["decode"], ["build", "--nonsense"],
-                          ["build", "--format", "sarif"], ["build", "--capacity", "-1"],
-                          ["build", "--color", "red"], ["decode", "a", "b"]):
-            result = run(*arguments)
-            self.assertEqual((result.returncode, result.stdout), (2, b""), arguments)
-            self.assertEqual(result.stderr.count(b"\n"), 1, result.stderr)
+    def test_wrong_usage_is_told_in_one_line(self):
+        self.fails(run(), "a subcommand is missing (see 'tarnix-uwb-params --help')")
+        self.fails(run("foo"), "unknown subcommand foo (see 'tarnix-uwb-params --help')")
+        self.fails(run("lnt"), "unknown subcommand lnt; did you mean lint? "
+                   "(see 'tarnix-uwb-params --help')")
+        for arguments, message in (
+                (["decode"], "BLOCK is missing"),
+                (["diff", "a"], "B is missing"),
+                (["decode", "a", "b"], "unexpected argument b"),
+                (["build", "a"], "unexpected argument a"),
+                (["build", "--nonsense"], "unknown option --nonsense"),
+                (["build", "--formt=hex"], "unknown option --formt; did you mean --format?"),
+                (["build", "-x"], "unknown option -x"),
+                (["build", "--root"], "--root needs a value"),
+                (["build", "-o"], "-o needs a value"),
+                (["build", "--quiet=1"], "--quiet takes no value"),
+                (["decode", "--root", "x", "y"], "unknown option --root"),
+                (["build", "--format", "sarif"],
+                 "--format does not take 'sarif', but dump, hex, binary, json, c"),
+                (["lint", "--ignore", "path-c"],
+                 "--ignore does not take 'path-c'; did you mean path-cr?"),
+                (["build", "--color", "red"], "--color does not take 'red', but auto, always, never"),
+                (["build", "--capacity", "-1"], "--capacity takes a number from 0 to 1048576, not '-1'"),
+                (["build", "--capacity", "1048577"],
+                 "--capacity takes a number from 0 to 1048576, not '1048577'"),
+                (["build", "--capacity", "7x"],
+                 "--capacity takes a number from 0 to 1048576, not '7x'"),
+                (["build", "--capacity", ""], "--capacity takes a number from 0 to 1048576, not ''")):
+            self.fails(run(*arguments),
+                       f"{message} (see 'tarnix-uwb-params {arguments[0]} --help')")
+
+    def test_options_may_stand_behind_operands_and_two_dashes_end_them(self):
+        file = self.folder / "-block"
+        file.write_bytes(self.block())
+        expected = run("decode", "--format", "json", file).stdout
+        self.assertEqual(run("decode", file, "--format", "json").stdout, expected)
+        self.assertEqual(run("decode", "--format=json", "--", "-block", cwd=self.folder).stdout,
+                         expected)
+
+    def test_version_is_that_of_the_library(self):
+        result = run("--version")
+        self.assertEqual((result.returncode, result.stdout),
+                         (0, b"tarnix-uwb-params, library v1.2-RC1\n"))
 
 
 if __name__ == "__main__":

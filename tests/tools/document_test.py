@@ -24,7 +24,7 @@ def help_of(subcommand):
 
 
 def options_of(subcommand):
-    return set(re.findall(r"^  (?:-\w,)?(--[a-z-]+)", help_of(subcommand), re.M))
+    return set(re.findall(r"^  (?:-\w, )?(--[a-z-]+)", help_of(subcommand), re.M))
 
 
 class Documents(CommandTest):
@@ -68,12 +68,12 @@ class Manual(CommandTest):
             self.assertIn(f".It Cm {subcommand}\n", manual)
             for option in options_of(subcommand):
                 self.assertIn(f"Fl -{option[2:]} ", manual.replace("\n", " "), option)
-            formats = re.search(r"--format TEXT:{(.*?)}", help_of(subcommand)).group(1)
-            for form in formats.split(","):
+            formats = re.search(r"--format FORMAT +(.*)", help_of(subcommand)).group(1)
+            for form in formats.split(", "):
                 self.assertRegex(manual, rf"\.Cm {form}\b")
 
     def test_has_no_option_that_does_not_exist(self):
-        every = {"--root"}.union(*map(options_of, SUBCOMMANDS))
+        every = {"--version"}.union(*map(options_of, SUBCOMMANDS))
         for option in re.findall(r"Fl -([a-z-]{2,})", MANUAL.read_text()):
             self.assertIn(f"--{option}", every)
 
@@ -87,20 +87,22 @@ class Completion(CommandTest):
     def bash(self, *words):
         """What bash offers for the last word."""
         script = (f'. "{COMPLETION}/tarnix-uwb-params.bash"; COMP_WORDS=("$@"); '
-                  'COMP_CWORD=$(($# - 1)); _tarnix_uwb_params; printf "%s\\n" "${COMPREPLY[@]}"')
+                  'COMP_CWORD=$(($# - 1)); _tarnix_uwb_params "$1"; '
+                  'printf "%s\\n" "${COMPREPLY[@]}"')
         shown = subprocess.run(["bash", "-c", script, "bash", COMMAND, *words],
                                capture_output=True, text=True, check=True).stdout
         return set(shown.split())
 
-    def zsh(self, subcommand, previous):
-        """The words that zsh chooses from."""
-        script = (f'source "{COMPLETION}/_tarnix-uwb-params"; _tarnix_uwb_params_words "$@"')
-        shown = subprocess.run(["zsh", "-f", "-c", script, "zsh", COMMAND, subcommand, previous],
+    def zsh(self, *words):
+        """The words that zsh chooses from, whatever of the last one is written."""
+        script = (f'source "{COMPLETION}/_tarnix-uwb-params"; compadd() {{ print -l -- "${{@:2}}" }}; '
+                  'words=("$@"); CURRENT=$#; _tarnix_uwb_params')
+        shown = subprocess.run(["zsh", "-f", "-c", script, "zsh", COMMAND, *words],
                                capture_output=True, text=True, check=True).stdout
         return set(shown.split())
 
     def test_bash_offers_the_subcommands(self):
-        self.assertEqual(self.bash(""), {*SUBCOMMANDS, "--help"})
+        self.assertEqual(self.bash(""), {*SUBCOMMANDS, "--help", "--version"})
         self.assertEqual(self.bash("d"), {"decode", "diff"})
 
     def test_bash_offers_the_options_of_the_subcommand(self):
@@ -108,15 +110,22 @@ class Completion(CommandTest):
             self.assertEqual(self.bash(subcommand, "--"), options_of(subcommand))
 
     def test_bash_offers_values(self):
-        self.assertEqual(self.bash("lint", "--format", ""), {"text", "json", "sarif", "github"})
+        for words in (["--format", ""], ["--format", "="], ["--color", "never", "--format", ""]):
+            self.assertEqual(self.bash("lint", *words), {"text", "json", "sarif", "github"})
+        self.assertEqual(self.bash("lint", "--format", "=", "s"), {"sarif"})
         self.assertEqual(self.bash("lint", "--error", "selector"),
                          {"selector-line", "selector-level"})
 
+    def test_bash_offers_files_where_a_file_may_stand(self):
+        """It does so by itself where the function offers nothing."""
+        for words in (["build", "--root", ""], ["build", "-o", ""], ["lint", "--path-file", ""],
+                      ["decode", ""], ["diff", "a", ""]):
+            self.assertEqual(self.bash(*words), set(), words)
+
     def test_zsh_offers_the_same(self):
-        self.assertEqual(self.zsh("", ""), self.bash(""))
-        for subcommand in SUBCOMMANDS:
-            self.assertEqual(self.zsh(subcommand, ""), options_of(subcommand))
-        self.assertEqual(self.zsh("build", "--format"), self.bash("build", "--format", ""))
+        for words in ([""], ["lint", "--error", ""], ["build", "--root", ""], ["decode", ""],
+                      *([subcommand, "--"] for subcommand in SUBCOMMANDS)):
+            self.assertEqual(self.zsh(*words), self.bash(*words), words)
 
 
 class Installation(CommandTest):

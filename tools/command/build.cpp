@@ -2,6 +2,7 @@
 #include "tools/block/view.h"
 #include "tools/command/command.h"
 #include "tools/device/device_library.h"
+#include "tools/device/library_log.h"
 #include "tools/device/target_root.h"
 
 namespace {
@@ -21,6 +22,7 @@ std::string usualFormat(const Options& options) {
 }  // namespace
 
 Outcome build(const Options& options, const Paint& /*paint*/) {
+  showLog(!options.quiet);  // What the device would log is part of what build shows.
   const DeviceLibrary library(options.library);
   setDeviceProperties(options.country.value_or(""), options.path_file);
   Bytes block;

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "tools/block/fields.h"
 #include "tools/text/text.h"
 
 // What the command line asks for. Each subcommand reads what concerns it.
@@ -16,9 +17,10 @@ struct Options {
   std::string output = "-";
   std::string color = "auto";
   std::string library;
-  unsigned int capacity = 0;
+  unsigned int capacity = kBlockSize;
   bool quiet = false;
   bool log = false;
+  bool help = false;
   bool to_terminal = false;  // The result goes to a terminal.
   std::vector<std::string> operands;
   std::vector<std::string> error_rules;

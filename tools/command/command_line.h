@@ -7,11 +7,11 @@ constexpr char kErrorPrefix[] = "tarnix-uwb-params: ";
 
 struct Request {
   Options options;
-  Outcome (*command)(const Options&, const Paint&) = nullptr;
+  Outcome (*run)(const Options&, const Paint&);  // Null when `answer` is all there is to print.
+  std::string answer;                            // The help, the version, completions.
 };
 
-// Reads the command line. A command line that asks for help becomes a request whose result is the
-// help. Throws std::runtime_error, one line, for a wrong one.
+// Reads the command line. Throws std::runtime_error, one line, for a wrong one.
 Request parseCommandLine(int argc, char** argv);
 
 // Whether the result is to be coloured: as asked for, else on a terminal unless NO_COLOR is set.

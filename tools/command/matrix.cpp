@@ -5,7 +5,7 @@
 #include "tools/block/view.h"
 #include "tools/command/command.h"
 #include "tools/device/device_library.h"
-#include "tools/device/log_sink.h"
+#include "tools/device/library_log.h"
 #include "tools/device/target_root.h"
 #include "tools/trace/countries.h"
 #include "tools/trace/load_trace.h"
@@ -28,7 +28,7 @@ std::string titleOf(const std::string& country) {
 Row rowFor(const std::string& country, const Options& options, const DeviceLibrary& library) {
   setDeviceProperties(country, options.path_file);
   Row row{titleOf(country), {}, library.load(kBlockSize)};
-  const SilentLog silent;  // The load has logged what there is to say.
+  const LogCapture log;  // The load has logged what there is to say.
   row.trace = traceLoad(country);
   return row;
 }

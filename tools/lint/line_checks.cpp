@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "tools/lint/checks.h"
+#include "tools/text/nearest.h"
 #include "tools/text/text.h"
 
 namespace {
@@ -24,34 +25,11 @@ bool isIgnored(const std::string& text) {
   return probe.feed(text + "=1").kind == Kind::Comment;
 }
 
-// Levenshtein's distance, given up beyond `limit`.
-size_t distance(const std::string& a, const std::string& b, size_t limit) {
-  if (std::max(a.size(), b.size()) - std::min(a.size(), b.size()) > limit) return limit + 1;
-  std::vector<size_t> row(b.size() + 1);
-  for (size_t j = 0; j < row.size(); ++j) row[j] = j;
-  for (size_t i = 1; i <= a.size(); ++i) {
-    size_t diagonal = row[0];
-    row[0] = i;
-    for (size_t j = 1; j < row.size(); ++j) {
-      const size_t replaced = diagonal + (a[i - 1] == b[j - 1] ? 0 : 1);
-      diagonal = row[j];
-      row[j] = std::min({row[j] + 1, row[j - 1] + 1, replaced});
-    }
-  }
-  return row.back();
-}
-
 // The key that was probably meant; empty when none is near.
 std::string nearestKey(const LoadTrace& trace, const std::string& key) {
-  size_t best = std::max<size_t>(2, std::min<size_t>(key.size() / 4, 6)) + 1;
-  std::string nearest;
-  for (const TracedParameter& parameter : trace.parameters) {
-    const size_t d = distance(key, parameter.key, best);
-    if (d >= best) continue;
-    best = d;
-    nearest = parameter.key;
-  }
-  return nearest;
+  std::vector<std::string> keys;
+  for (const TracedParameter& parameter : trace.parameters) keys.push_back(parameter.key);
+  return nearestOf(key, keys);
 }
 
 // A key is as long as a hostile file makes it.

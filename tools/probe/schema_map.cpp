@@ -7,7 +7,7 @@
 #include "output/calib_converter.h"
 #include "schema/pattern.h"
 #include "tools/block/selector_code.h"
-#include "tools/device/log_sink.h"
+#include "tools/device/library_log.h"
 
 namespace {
 
@@ -27,7 +27,7 @@ struct Touched {
 Touched recordBytesSetBy(const std::string& line, const antenna_selection& selection) {
   Pattern pattern(selection);
   const Bytes before = bytesOf(pattern.calib);
-  const SilentLog silent;
+  const LogCapture log;
   std::istringstream text(line);
   pattern.parse(text);
   pattern.toBuffer(kMostSignificantByteFirst);

@@ -7,7 +7,7 @@
 
 #include "schema/antenna_selection_pattern.h"
 #include "schema/pattern.h"
-#include "tools/device/log_sink.h"
+#include "tools/device/library_log.h"
 
 namespace {
 
@@ -32,8 +32,7 @@ SchemaProbe::SchemaProbe(MakeTree make_tree)
 }
 
 LineEffect SchemaProbe::feed(const std::string& line) const {
-  const SilentLog silent;
-  const unsigned comments_before = SilentLog::droppedDebugLines();
+  const LogCapture log;
   LineEffect effect;
   try {
     std::istringstream text(line);
@@ -44,7 +43,8 @@ LineEffect SchemaProbe::feed(const std::string& line) const {
     effect.parameter = parameterNamedIn(line).value_or(0);
     return effect;
   }
-  if (SilentLog::droppedDebugLines() != comments_before) effect.kind = LineEffect::Kind::Comment;
+  // The tree logs each comment that it ignores, and nothing else that throws no exception.
+  if (!log.lines().empty()) effect.kind = LineEffect::Kind::Comment;
   const std::optional<size_t> parameter = parameterSetIn(*fresh_);
   if (!parameter.has_value()) return effect;
   effect = {LineEffect::Kind::Sets, *parameter, valueIn(*fresh_), {}};
@@ -56,7 +56,7 @@ std::optional<size_t> SchemaProbe::parameterNamedIn(const std::string& line) con
   // A name may itself hold the sign that ends a key, so each is tried. 1 is a value of every kind.
   for (size_t equal = line.find('='); equal != line.npos; equal = line.find('=', equal + 1)) {
     const std::unique_ptr<AstRoot> tree = make_tree_();
-    const SilentLog silent;
+    const LogCapture log;
     try {
       std::istringstream text(line.substr(0, equal + 1) + "1");
       tree->parse(text);

@@ -17,7 +17,7 @@
 #include "output/calib_converter.h"
 #include "schema/antenna_selection_pattern.h"
 #include "schema/pattern.h"
-#include "tools/device/log_sink.h"
+#include "tools/device/library_log.h"
 
 namespace {
 
@@ -89,7 +89,7 @@ void selectUnnamed() {
 }
 
 void select(LoadTrace& trace, const std::vector<calibration>& calibrations) {
-  const SilentLog silent;
+  const LogCapture log;
   AntennaSelectionPattern pattern;
   const bool parsed = parse_pattern(pattern, calibrations);
   trace.selected = pattern.validate(trace.missing, {}) && parsed;
@@ -164,7 +164,7 @@ void followFiles(LoadTrace& trace, const std::vector<calibration>& calibrations)
 
 void noteMissing(LoadTrace& trace, const std::vector<calibration>& calibrations) {
   if (!trace.selected) return;
-  const SilentLog silent;
+  const LogCapture log;
   Pattern pattern(trace.selection);
   parse_pattern(pattern, calibrations);
   pattern.validate(trace.missing, {});

@@ -1,19 +1,19 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "tools/device/log_sink.h"
+#include "tools/device/library_log.h"
 
 #include <android/log.h>
 
 #include <cstdarg>
 #include <cstdio>
-#include <iostream>
 #include <utility>
 
+#include "include/tarnix_uwb_params_nfcc.h"
 #include "tools/text/text.h"
 
 namespace {
 
 bool shown = false;
-unsigned dropped_debug_lines = 0;
+LogCapture* capture = nullptr;
 
 char letterOf(int priority) {
   switch (priority) {
@@ -29,26 +29,20 @@ char letterOf(int priority) {
 }
 
 // Texts come from hostile files too: a terminal gets no control characters.
-void writeText(const char* text) {
-  for (const char* c = text; *c != '\0'; ++c) {
-    const auto byte = static_cast<unsigned char>(*c);
-    if (byte == '\n' && c[1] == '\0') return;
-    if (isControl(byte)) {
-      std::cerr << "\\x" << hexByte(byte);
-    } else {
-      std::cerr << *c;
-    }
+void show(const LogLine& line) {
+  std::string out = {line.priority, ' '};
+  for (const char c : line.text) {
+    const auto byte = static_cast<uint8_t>(c);
+    out += isControl(byte) ? "\\x" + hexByte(byte) : std::string(1, c);
   }
+  std::fputs((out + "\n").c_str(), stderr);
 }
 
 }  // namespace
 
 extern "C" __attribute__((visibility("default"))) int __android_log_print(int prio, const char*,
                                                                           const char* fmt, ...) {
-  if (!shown) {
-    if (prio == ANDROID_LOG_DEBUG) ++dropped_debug_lines;
-    return 0;
-  }
+  if (capture == nullptr && !shown) return 0;
   // The size of a line of the log; what does not fit is cut, as on the device.
   char text[1024];
   va_list arguments;
@@ -57,9 +51,13 @@ extern "C" __attribute__((visibility("default"))) int __android_log_print(int pr
   const int length = std::vsnprintf(text, sizeof(text), fmt, arguments);
   va_end(arguments);
   if (length < 0) return length;
-  std::cerr << letterOf(prio) << ' ';
-  writeText(text);
-  std::cerr << '\n';
+  LogLine line{letterOf(prio), text};
+  if (!line.text.empty() && line.text.back() == '\n') line.text.pop_back();
+  if (capture != nullptr) {
+    capture->add(std::move(line));
+  } else {
+    show(line);
+  }
   return 1;
 }
 
@@ -67,12 +65,15 @@ void showLog(bool is_shown) {
   shown = is_shown;
 }
 
-SilentLog::SilentLog() : was_shown_(std::exchange(shown, false)) {}
+LogCapture::LogCapture() : outer_(std::exchange(capture, this)) {}
 
-SilentLog::~SilentLog() {
-  shown = was_shown_;
+LogCapture::~LogCapture() {
+  capture = outer_;
 }
 
-unsigned SilentLog::droppedDebugLines() {
-  return dropped_debug_lines;
+std::string libraryVersion() {
+  const LogCapture log;
+  load_uwb_params_from_files(nullptr, 0);
+  const std::string& entry = log.lines().at(0).text;
+  return entry.substr(entry.rfind(' ') + 1);
 }
