@@ -100,7 +100,7 @@ def block(tree, country):
         f"root\t{ROOT / tree}\nset\tvendor.uwb.calibration.country_code\t{country}\nload\t82\n"
     )
     answer = subprocess.run(
-        OPTIONS.replay, shell=True, input=commands, text=True, capture_output=True, check=True
+        OPTIONS.replay, shell=True, input=commands, text=True, stdout=subprocess.PIPE, check=True
     ).stdout
     data = bytes.fromhex(answer.splitlines()[-1].split("\t")[2])
     return "".join(

@@ -9,13 +9,12 @@
 //
 // The log and the properties that the library sees are this program's own.
 #include <dlfcn.h>
-#include <fcntl.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cstdio>
 #include <exception>
 #include <iostream>
+#include <optional>
 #include <sstream>
 #include <stdexcept>
 #include <string>
@@ -23,6 +22,7 @@
 
 #include "tests/kit/log_capture.h"
 #include "tests/kit/property_map.h"
+#include "tools/device/open_redirect.h"
 #include "tools/device/target_root.h"
 
 namespace {
@@ -73,15 +73,6 @@ LoadFunction openLibrary(const char* path) {
   return reinterpret_cast<LoadFunction>(symbol);
 }
 
-// Roots are named from the host's root, so go back there first.
-void changeRoot(int host_root, const std::string& directory, const std::string& cwd) {
-  if (fchdir(host_root) != 0 || (chroot(".") != 0 && errno != EPERM)) {
-    throw std::runtime_error("cannot go back to the host's root");
-  }
-  enterTargetRoot(directory);
-  if (chdir(cwd.c_str()) != 0) throw std::runtime_error("cannot change to " + cwd);
-}
-
 void printLog() {
   for (const LogLine& line : takeLog()) {
     std::cout << "log\t" << line.priority << '\t' << escaped(line.text)
@@ -109,11 +100,12 @@ void printOverrun(size_t count, const std::vector<uint8_t>& memory) {
   }
 }
 
-void replayLoad(LoadFunction load, unsigned int capacity) {
+void replayLoad(LoadFunction load, const TargetRoot& root, unsigned int capacity) {
   std::vector<uint8_t> memory(kGuard + capacity + kGuard, kUntouched);
   uint32_t result = 0;
   std::string thrown;
   try {
+    const OpenRedirect redirect(root);
     result = load(memory.data() + kGuard, capacity);
   } catch (const std::exception& e) {
     thrown = e.what();
@@ -128,13 +120,14 @@ void replayLoad(LoadFunction load, unsigned int capacity) {
   std::cout.flush();
 }
 
-void replay(LoadFunction load, int host_root, const std::vector<std::string>& fields) {
+void replay(LoadFunction load, std::optional<TargetRoot>& root,
+            const std::vector<std::string>& fields) {
   if (fields.at(0) == "root") {
-    changeRoot(host_root, fields.at(1), fields.size() > 2 ? fields[2] : "/");
+    root.emplace(fields.at(1), fields.size() > 2 ? fields[2] : "/");
   } else if (fields[0] == "set") {
     setProperty(fields.at(1), fields.size() > 2 ? fields[2] : "");
   } else if (fields[0] == "load") {
-    replayLoad(load, static_cast<unsigned int>(std::stoul(fields.at(1))));
+    replayLoad(load, root.value(), static_cast<unsigned int>(std::stoul(fields.at(1))));
   } else {
     throw std::runtime_error("unknown command: " + fields[0]);
   }
@@ -149,8 +142,8 @@ int main(int argc, char** argv) {
   }
   try {
     const LoadFunction load = openLibrary(argv[1]);
-    const int host_root = open("/", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    for (std::string line; std::getline(std::cin, line);) replay(load, host_root, fieldsOf(line));
+    std::optional<TargetRoot> root;
+    for (std::string line; std::getline(std::cin, line);) replay(load, root, fieldsOf(line));
   } catch (const std::exception& e) {
     std::cerr << "load_replay: " << e.what() << '\n';
     return 1;

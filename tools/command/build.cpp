@@ -3,7 +3,7 @@
 #include "tools/command/command.h"
 #include "tools/device/device_library.h"
 #include "tools/device/library_log.h"
-#include "tools/device/target_root.h"
+#include "tools/device/open_redirect.h"
 
 namespace {
 
@@ -24,10 +24,11 @@ std::string usualFormat(const Options& options) {
 Outcome build(const Options& options, const Paint& /*paint*/) {
   showLog(!options.quiet);  // What the device would log is part of what build shows.
   const DeviceLibrary library(options.library);
+  const TargetRoot root(options.root);
   setDeviceProperties(options.country.value_or(""), options.path_file);
   Bytes block;
   {
-    const TargetRoot root(options.root);
+    const OpenRedirect redirect(root);
     block = library.load(options.capacity);
   }
   // Without room for a byte there is none to write, whatever the load found.

@@ -8,7 +8,7 @@
 #include "tools/block/view.h"
 #include "tools/command/command.h"
 #include "tools/device/device_library.h"
-#include "tools/device/target_root.h"
+#include "tools/device/open_redirect.h"
 
 namespace {
 
@@ -21,6 +21,7 @@ bool isDirectory(const std::string& path) {
 Bytes blockFrom(const std::string& operand, const DeviceLibrary& library) {
   if (!isDirectory(operand)) return readBlock(readInput(operand));
   const TargetRoot root(operand);
+  const OpenRedirect redirect(root);
   return library.load(kBlockSize);
 }
 

@@ -4,7 +4,7 @@
 #include "tools/block/view.h"
 #include "tools/command/command.h"
 #include "tools/device/device_library.h"
-#include "tools/device/target_root.h"
+#include "tools/device/open_redirect.h"
 #include "tools/trace/load_trace.h"
 
 namespace {
@@ -228,12 +228,18 @@ JsonValue asJson(const LoadTrace& trace) {
   return json;
 }
 
+LoadTrace traceOf(const Options& options) {
+  const std::string country = options.country.value_or("");
+  setDeviceProperties(country, options.path_file);
+  const TargetRoot root(options.root);
+  const OpenRedirect redirect(root);
+  return traceLoad(country);
+}
+
 }  // namespace
 
 Outcome explain(const Options& options, const Paint& paint) {
-  setDeviceProperties(options.country.value_or(""), options.path_file);
-  const TargetRoot root(options.root);
-  const LoadTrace trace = traceLoad(options.country.value_or(""));
+  const LoadTrace trace = traceOf(options);
   const int status = trace.block.has_value() ? kGood : kFindings;
   if (options.format != "json") return {status, asText(trace, paint), {}};
   return {status, asJson(trace).document(), {}};

@@ -3,7 +3,7 @@
 
 #include "tools/command/command.h"
 #include "tools/device/device_library.h"
-#include "tools/device/target_root.h"
+#include "tools/device/open_redirect.h"
 #include "tools/lint/checks.h"
 #include "tools/lint/reports.h"
 #include "tools/trace/countries.h"
@@ -29,6 +29,7 @@ void lintLoad(const std::string& country, const std::string& path_file, Findings
 
 Findings lintTree(const Options& options) {
   const TargetRoot root(options.root);
+  const OpenRedirect redirect(root);
   Findings findings;
   setDeviceProperties("", options.path_file);
   for (const std::string& country : countriesToLint(options)) {

@@ -6,7 +6,7 @@
 #include "tools/command/command.h"
 #include "tools/device/device_library.h"
 #include "tools/device/library_log.h"
-#include "tools/device/target_root.h"
+#include "tools/device/open_redirect.h"
 #include "tools/trace/countries.h"
 #include "tools/trace/load_trace.h"
 
@@ -37,6 +37,7 @@ Row rowFor(const std::string& country, const Options& options, const DeviceLibra
 std::vector<Row> rowsOf(const Options& options) {
   const DeviceLibrary library(options.library);
   const TargetRoot root(options.root);
+  const OpenRedirect redirect(root);
   setDeviceProperties("", options.path_file);
   std::vector<std::string> countries = countriesOfTree();
   countries.insert(countries.end(), {kDefault, ""});

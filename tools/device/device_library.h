@@ -12,8 +12,7 @@ void setDeviceProperties(const std::string& country, const std::string& path_fil
 // The shared library, opened by name as the device's service opens it.
 class DeviceLibrary {
  public:
-  // Throws std::runtime_error when the library or its function cannot be found. To be called before
-  // the root is changed: the library lies in the host's tree.
+  // Throws std::runtime_error when the library or its function cannot be found.
   explicit DeviceLibrary(const std::string& file);
 
   // Calls the exported function once and returns the bytes that it wrote: none without a valid

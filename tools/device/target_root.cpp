@@ -2,52 +2,45 @@
 #include "tools/device/target_root.h"
 
 #include <fcntl.h>
-#include <sched.h>
-#include <unistd.h>
 
 #include <cerrno>
-#include <cstdlib>
-#include <system_error>
+#include <cstring>
+#include <stdexcept>
+
+#include "tools/device/open_in_root.h"
 
 namespace {
 
-bool changeRoot(const std::string& directory) {
-  return chroot(directory.c_str()) == 0;
+constexpr int kDirectory = O_PATH | O_DIRECTORY | O_CLOEXEC;
+constexpr int kNone = -1;
+
+// A kernel without the call answers ENOSYS, a container that forbids it EPERM.
+bool isRefused(int reason) {
+  return reason == ENOSYS || reason == EPERM;
 }
 
-std::system_error lastError(const std::string& what) {
-  return {errno, std::generic_category(), what};
-}
-
-int openDirectory(const char* path) {
-  const int directory = open(path, O_PATH | O_DIRECTORY | O_CLOEXEC);
-  if (directory < 0) throw lastError(std::string("cannot open ") + path);
-  return directory;
+void require(int file, const std::string& directory) {
+  if (file >= 0) return;
+  const int reason = errno;
+  throw std::runtime_error("cannot make " + directory + " the root: " +
+                           (isRefused(reason) ? "the system call openat2 is refused: " : "") +
+                           std::strerror(reason));
 }
 
 }  // namespace
 
-void enterTargetRoot(const std::string& directory) {
-  bool entered = changeRoot(directory);
-  if (!entered && errno == EPERM) {
-    entered = unshare(CLONE_NEWUSER) == 0 && changeRoot(directory);
-    // Why there is no user namespace is of no help: the kernel does not let us.
-    if (!entered) errno = EPERM;
-  }
-  if (!entered || chdir("/") != 0) throw lastError("cannot make " + directory + " the root");
-}
-
-TargetRoot::TargetRoot(const std::string& directory) {
+TargetRoot::TargetRoot(const std::string& directory, const std::string& working_directory)
+    : directory_(directory.empty() ? kNone : openat(AT_FDCWD, directory.c_str(), kDirectory)),
+      relative_to_(working_directory == "/" ? "" : working_directory + "/") {
   if (directory.empty()) return;
-  host_root_ = openDirectory("/");
-  host_directory_ = openDirectory(".");
-  enterTargetRoot(directory);
+  require(directory_.number(), directory);
+  const Descriptor start(open(working_directory, kDirectory));
+  require(start.number(), directory);
 }
 
-TargetRoot::~TargetRoot() {
-  if (host_root_ < 0) return;
-  // Nothing may go on in the wrong tree.
-  if (fchdir(host_root_) != 0 || chroot(".") != 0 || fchdir(host_directory_) != 0) std::abort();
-  close(host_root_);
-  close(host_directory_);
+int TargetRoot::open(const std::string& path, int flags) const {
+  if (!directory_.isOpen()) return openat(AT_FDCWD, path.c_str(), flags);
+  const bool is_relative = !path.empty() && path[0] != '/';
+  const std::string from_root = is_relative ? relative_to_ + path : path;
+  return openInRoot(directory_.number(), from_root.c_str(), flags);
 }

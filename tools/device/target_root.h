@@ -3,21 +3,20 @@
 
 #include <string>
 
-// Makes `directory` the root of this process's file tree and its working directory, so that
-// absolute paths and links are those of a target. Without the privilege to do so, a user namespace
-// of the process's own gives it. Throws std::system_error when the kernel refuses both.
-void enterTargetRoot(const std::string& directory);
+#include "tools/device/descriptor.h"
 
-// Is in a target's file tree as long as it lives, and back where the process was afterwards.
+// A target's file tree. Absolute paths, absolute links and links that climb stay inside it. Needs
+// no privilege, and leaves the root and the working directory of the process as they are.
 class TargetRoot {
  public:
-  // An empty `directory` leaves the process where it is. Throws std::system_error as above.
-  explicit TargetRoot(const std::string& directory);
-  ~TargetRoot();
-  TargetRoot(const TargetRoot&) = delete;
-  TargetRoot& operator=(const TargetRoot&) = delete;
+  // Relative paths begin at `working_directory`, a path in the tree. An empty `directory` stands
+  // for the host's own tree. Throws std::runtime_error, one line, when the tree cannot be used.
+  explicit TargetRoot(const std::string& directory, const std::string& working_directory = "/");
+
+  // As open(2) in the tree, for flags that create no file.
+  int open(const std::string& path, int flags) const;
 
  private:
-  int host_root_ = -1;
-  int host_directory_ = -1;
+  const Descriptor directory_;
+  const std::string relative_to_;  // What relative paths are appended to.
 };

@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <sys/stat.h>
-
 #include <algorithm>
 
 #include "loader/android_properties.h"
 #include "loader/calib_path.h"
 #include "loader/lib.h"
+#include "tools/device/files.h"
 #include "tools/lint/checks.h"
 #include "tools/text/text.h"
 
@@ -121,10 +120,10 @@ void checkEntry(const TracedPathFile& file, const TracedEntry& entry, Findings& 
 }
 
 bool isSameFile(const std::string& a, const std::string& b) {
-  struct stat first {};
-  struct stat second {};
-  return stat(a.c_str(), &first) == 0 && stat(b.c_str(), &second) == 0 &&
-         first.st_dev == second.st_dev && first.st_ino == second.st_ino;
+  const std::optional<struct stat> first = statusOf(a);
+  const std::optional<struct stat> second = statusOf(b);
+  return first.has_value() && second.has_value() && first->st_dev == second->st_dev &&
+         first->st_ino == second->st_ino;
 }
 
 void checkHidden(const LoadTrace& trace, Findings& findings) {

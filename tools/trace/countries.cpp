@@ -1,26 +1,17 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tools/trace/countries.h"
 
-#include <dirent.h>
-
-#include <fstream>
-#include <memory>
 #include <set>
 
 #include "loader/calib_path.h"
 #include "loader/lib.h"
+#include "loader/path_file.h"
+#include "loader/text_file.h"
+#include "tools/device/files.h"
 #include "tools/text/text.h"
 #include "tools/trace/load_trace.h"
 
 namespace {
-
-std::vector<std::string> namesIn(const std::string& directory) {
-  std::vector<std::string> names;
-  const std::unique_ptr<DIR, int (*)(DIR*)> stream(opendir(directory.c_str()), closedir);
-  if (stream == nullptr) return names;
-  while (const dirent* const entry = readdir(stream.get())) names.emplace_back(entry->d_name);
-  return names;
-}
 
 bool beginsWith(const std::string& text, const std::string& start) {
   return text.compare(0, start.size(), start) == 0;
@@ -78,8 +69,9 @@ void addCountriesOf(const std::string& entry, std::set<std::string>& countries) 
 std::vector<std::string> countriesOfTree() {
   std::set<std::string> countries;
   for (const std::string& path : build_paths()) {
-    std::ifstream file(path);
-    for (std::string entry; std::getline(file, entry);) addCountriesOf(entry, countries);
+    const std::string content = readTextFile(path).value_or("");
+    std::string_view rest = content;
+    for (std::string entry; next_entry(rest, entry);) addCountriesOf(entry, countries);
   }
   countries.erase("default");
   countries.erase("unknown");

@@ -1,22 +1,22 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tools/trace/load_trace.h"
 
-#include <sys/stat.h>
-
 #include <cerrno>
 #include <cstring>
 #include <exception>
-#include <fstream>
 #include <sstream>
 
 #include "loader/calib_loading.h"
 #include "loader/calib_parser.h"
 #include "loader/calib_path.h"
 #include "loader/lib.h"
+#include "loader/path_file.h"
 #include "loader/pattern_run.h"
+#include "loader/text_file.h"
 #include "output/calib_converter.h"
 #include "schema/antenna_selection_pattern.h"
 #include "schema/pattern.h"
+#include "tools/device/files.h"
 #include "tools/device/library_log.h"
 
 namespace {
@@ -55,10 +55,11 @@ TracedPathFile tracePathFile(const std::string& path, const std::string& country
   TracedPathFile traced{path, Readability::Text, {}};
   std::string reason;
   traced.readability = readabilityOf(path, reason);
-  std::ifstream file(path);
+  const std::string content = readTextFile(path).value_or("");
   CalibReader reader;
   CalibParser parser(reader, country);
-  for (std::string text; std::getline(file, text);) {
+  std::string_view rest = content;
+  for (std::string text; next_entry(rest, text);) {
     TracedEntry entry = tracedEntry(traced.entries.size() + 1, text, country);
     traceEntry(entry, parser, calibrations);
     traced.entries.push_back(std::move(entry));
@@ -218,14 +219,11 @@ LoadTrace traceLoad(const std::string& country) {
 }
 
 Readability readabilityOf(const std::string& path, std::string& reason) {
-  struct stat status {};
-  errno = 0;
-  if (stat(path.c_str(), &status) == 0) {
-    if (S_ISDIR(status.st_mode)) return Readability::Directory;
-    if (std::ifstream(path).is_open()) {
-      return S_ISREG(status.st_mode) && status.st_size == 0 ? Readability::Empty
+  const std::optional<struct stat> status = statusOf(path);
+  if (status.has_value() && S_ISDIR(status->st_mode)) return Readability::Directory;
+  if (status.has_value() && canBeOpened(path)) {
+    return S_ISREG(status->st_mode) && status->st_size == 0 ? Readability::Empty
                                                             : Readability::Text;
-    }
   }
   if (errno == ENOENT || errno == ENOTDIR) return Readability::Missing;
   reason = std::strerror(errno);

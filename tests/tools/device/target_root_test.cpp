@@ -1,0 +1,200 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tools/device/target_root.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+#include <thread>
+
+#include "tests/kit/temporary_tree.h"
+#include "tools/device/open_redirect.h"
+
+namespace {
+
+std::string textOf(const Descriptor& file) {
+  char text[64];
+  const ssize_t length = file.isOpen() ? read(file.number(), text, sizeof(text)) : -1;
+  return length < 0 ? "none" : std::string(text, static_cast<size_t>(length));
+}
+
+// What the C library's open() gives this thread.
+std::string openedText(const std::string& path) {
+  return textOf(Descriptor(open(path.c_str(), O_RDONLY | O_CLOEXEC)));
+}
+
+// A target's tree in the host's folder `target`. Names that both trees have hold "host" in the
+// host's. The working directory is the host's folder.
+class TargetRootTest : public testing::Test {
+ protected:
+  TargetRootTest() {
+    host_.write("name", "host");
+    host_.write("only_host", "host");
+    host_.write("target/name", "target");
+    host_.write("target/data/uwb/name", "nested");
+    host_.write("target" + host_.root() + "/name", "target below the host's own path");
+  }
+
+  void link(const std::string& to, const std::string& name) const {
+    ASSERT_EQ(symlink(to.c_str(), ("target/" + name).c_str()), 0);
+  }
+
+  static std::string read(const TargetRoot& root, const std::string& path) {
+    return textOf(Descriptor(root.open(path, O_RDONLY | O_CLOEXEC)));
+  }
+
+  // The reason for which the path cannot be opened; 0 when it can.
+  static int failure(const TargetRoot& root, const std::string& path, int flags = O_RDONLY) {
+    return Descriptor(root.open(path, flags)).isOpen() ? 0 : errno;
+  }
+
+  const TemporaryTree host_;
+};
+
+TEST_F(TargetRootTest, AbsoluteAndRelativePathsBeginAtTheTree) {
+  const TargetRoot root("target");
+  EXPECT_EQ(read(root, "/name"), "target");
+  EXPECT_EQ(read(root, "name"), "target");
+  EXPECT_EQ(read(root, "/data//uwb/./name"), "nested");
+  EXPECT_EQ(read(root, "/../../name"), "target");
+  EXPECT_EQ(read(root, host_.root() + "/name"), "target below the host's own path");
+  EXPECT_EQ(failure(root, "only_host"), ENOENT);
+  EXPECT_EQ(failure(root, host_.root() + "/only_host"), ENOENT);
+}
+
+TEST_F(TargetRootTest, RelativePathsBeginAtTheWorkingDirectory) {
+  const TargetRoot root(host_.root() + "/target", "/data/uwb");
+  EXPECT_EQ(read(root, "name"), "nested");
+  EXPECT_EQ(read(root, "../../../../name"), "target");
+  EXPECT_EQ(read(root, "/name"), "target");
+  EXPECT_EQ(failure(root, "uwb/name"), ENOENT);
+  EXPECT_EQ(failure(root, ""), ENOENT);
+}
+
+TEST_F(TargetRootTest, LinksStayInTheTree) {
+  link("/name", "absolute");
+  link("../../name", "data/uwb/up");
+  link("../../../../../name", "data/uwb/climbing");
+  link("data/uwb", "folder");
+  link("/folder", "chain");
+  link("/only_host", "absolute_to_host");
+  link("../only_host", "climbing_to_host");
+  link(host_.root() + "/only_host", "host's_path");
+  const TargetRoot root("target");
+  EXPECT_EQ(read(root, "/absolute"), "target");
+  EXPECT_EQ(read(root, "/data/uwb/up"), "target");
+  EXPECT_EQ(read(root, "/folder/climbing"), "target");
+  EXPECT_EQ(read(root, "/chain/name"), "nested");
+  EXPECT_EQ(read(root, "/chain/../name"), "none");
+  for (const char* path : {"/absolute_to_host", "/climbing_to_host", "/host's_path"}) {
+    EXPECT_EQ(failure(root, path), ENOENT) << path;
+  }
+}
+
+TEST_F(TargetRootTest, LinksThatLeadNowhere) {
+  link("gone", "dangling");
+  link("loop", "loop");
+  link("/pong", "ping");
+  link("/ping", "pong");
+  const TargetRoot root("target");
+  EXPECT_EQ(failure(root, "/dangling"), ENOENT);
+  EXPECT_EQ(failure(root, "/loop"), ELOOP);
+  EXPECT_EQ(failure(root, "/ping"), ELOOP);
+  EXPECT_EQ(failure(root, "/gone/../name"), ENOENT);
+}
+
+TEST_F(TargetRootTest, FortyLinksAreTheMost) {
+  link("name", "link1");
+  for (int i = 2; i <= 41; ++i) link("link" + std::to_string(i - 1), "link" + std::to_string(i));
+  const TargetRoot root("target");
+  EXPECT_EQ(read(root, "/link40"), "target");
+  EXPECT_EQ(failure(root, "/link41"), ELOOP);
+}
+
+TEST_F(TargetRootTest, DirectoriesAndFilesAreToldApart) {
+  const TargetRoot root("target");
+  EXPECT_EQ(failure(root, "/data", O_RDONLY | O_DIRECTORY), 0);
+  EXPECT_EQ(failure(root, "/data/"), 0);
+  EXPECT_EQ(failure(root, "/"), 0);
+  EXPECT_EQ(failure(root, "/name", O_PATH | O_DIRECTORY), ENOTDIR);
+  EXPECT_EQ(failure(root, "/name/"), ENOTDIR);
+  EXPECT_EQ(failure(root, "/name/."), ENOTDIR);
+  EXPECT_EQ(failure(root, "/name/below"), ENOTDIR);
+  EXPECT_EQ(failure(root, "/" + std::string(256, 'n')), ENAMETOOLONG);
+}
+
+TEST_F(TargetRootTest, NoDirectoryIsTheHostsTree) {
+  const TargetRoot root("");
+  EXPECT_EQ(read(root, host_.root() + "/name"), "host");
+  EXPECT_EQ(read(root, "target/name"), "target");
+}
+
+TEST_F(TargetRootTest, WhatIsNoDirectoryIsToldInOneLine) {
+  const auto complaint = [](const std::string& directory, const std::string& start) {
+    try {
+      const TargetRoot root(directory, start);
+    } catch (const std::runtime_error& e) {
+      return std::string(e.what());
+    }
+    return std::string();
+  };
+  EXPECT_EQ(complaint("gone", "/"), "cannot make gone the root: No such file or directory");
+  EXPECT_EQ(complaint("name", "/"), "cannot make name the root: Not a directory");
+  EXPECT_EQ(complaint("target", "/gone"), "cannot make target the root: No such file or directory");
+  EXPECT_EQ(complaint("target", "/name"), "cannot make target the root: Not a directory");
+  EXPECT_EQ(complaint("target", "/data"), "");
+}
+
+TEST_F(TargetRootTest, RedirectedReadsAreThoseOfTheTree) {
+  const TargetRoot root("target");
+  EXPECT_EQ(openedText("name"), "host");
+  {
+    const OpenRedirect redirect(root);
+    EXPECT_EQ(openedText("name"), "target");
+    EXPECT_EQ(openedText("only_host"), "none");
+    EXPECT_EQ(textOf(Descriptor(open("/name", O_RDONLY | O_LARGEFILE))), "target");
+  }
+  EXPECT_EQ(openedText("name"), "host");
+}
+
+// Such as results and the counters of a coverage build.
+TEST_F(TargetRootTest, OpensThatWriteAreNotRedirected) {
+  const TargetRoot root("target");
+  const OpenRedirect redirect(root);
+  const mode_t mask = umask(0);
+  EXPECT_TRUE(Descriptor(open("made", O_RDWR | O_CREAT, 0640)).isOpen());
+  EXPECT_TRUE(Descriptor(open("read_made", O_RDONLY | O_CREAT, 0604)).isOpen());
+  EXPECT_TRUE(Descriptor(open("only_host", O_WRONLY)).isOpen());
+  EXPECT_TRUE(Descriptor(open("only_host", O_RDWR)).isOpen());
+  EXPECT_TRUE(Descriptor(open("only_host", O_RDONLY | O_TRUNC)).isOpen());
+  umask(mask);
+  struct stat status {};
+  EXPECT_EQ(stat("made", &status), 0);
+  EXPECT_EQ(status.st_mode & 0777U, 0640U);
+  EXPECT_EQ(stat("read_made", &status), 0);
+  EXPECT_EQ(status.st_mode & 0777U, 0604U);
+  EXPECT_NE(stat("target/made", &status), 0);
+}
+
+TEST_F(TargetRootTest, TheCLibrarysOwnOpensAreNotRedirected) {
+  const TargetRoot root("target");
+  const OpenRedirect redirect(root);
+  std::ostringstream text;
+  text << std::ifstream("name").rdbuf();
+  EXPECT_EQ(text.str(), "host");
+}
+
+TEST_F(TargetRootTest, OtherThreadsAreNotRedirected) {
+  const TargetRoot root("target");
+  const OpenRedirect redirect(root);
+  std::string text;
+  std::thread([&] { text = openedText("name"); }).join();
+  EXPECT_EQ(text, "host");
+  EXPECT_EQ(openedText("name"), "target");
+}
+
+}  // namespace

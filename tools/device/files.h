@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <sys/stat.h>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+// Look-ups in the tree whose files this thread opens: see OpenRedirect.
+
+// What the path leads to; nothing, and the reason in errno, when it leads to no file.
+std::optional<struct stat> statusOf(const std::string& path);
+
+// Whether the file can be opened for reading; the reason is in errno when not.
+bool canBeOpened(const std::string& path);
+
+// The names in a directory, in no order; none when it cannot be read.
+std::vector<std::string> namesIn(const std::string& directory);

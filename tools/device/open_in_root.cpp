@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tools/device/open_in_root.h"
+
+#include <linux/openat2.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <cerrno>
+
+int openInRoot(int root, const char* path, int flags) {
+  open_how how{};
+  how.flags = static_cast<unsigned>(flags);
+  how.resolve = RESOLVE_IN_ROOT;
+  long file = 0;
+  do {
+    // EAGAIN: something was renamed or mounted while the kernel followed "..".
+    file = syscall(SYS_openat2, root, path, &how, sizeof(how));
+  } while (file < 0 && errno == EAGAIN);
+  return static_cast<int>(file);
+}

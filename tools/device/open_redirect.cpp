@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tools/device/open_redirect.h"
+
+#include <fcntl.h>
+
+#include <cstdarg>
+
+namespace {
+
+thread_local const TargetRoot* root_of_thread = nullptr;
+
+bool createsFile(int flags) {
+  return (flags & O_CREAT) != 0 || (flags & O_TMPFILE) == O_TMPFILE;
+}
+
+bool onlyReads(int flags) {
+  return (flags & O_ACCMODE) == O_RDONLY && (flags & O_TRUNC) == 0 && !createsFile(flags);
+}
+
+}  // namespace
+
+OpenRedirect::OpenRedirect(const TargetRoot& root) {
+  root_of_thread = &root;
+}
+
+OpenRedirect::~OpenRedirect() {
+  root_of_thread = nullptr;
+}
+
+// The C library's headers declare open() in more than one way: inline, or under the name of
+// open64(). The others are what programs call that are built for large files, and those that are
+// built with the C library's checks.
+extern "C" {
+using OpenFunction = int(const char* path, int flags, ...);
+
+__attribute__((visibility("default"))) OpenFunction redirected __asm__("open");
+
+int redirected(const char* path, int flags, ...) {
+  if (root_of_thread != nullptr && onlyReads(flags)) return root_of_thread->open(path, flags);
+  mode_t mode = 0;
+  if (createsFile(flags)) {
+    va_list arguments;
+    va_start(arguments, flags);
+    mode = va_arg(arguments, mode_t);
+    va_end(arguments);
+  }
+  return openat(AT_FDCWD, path, flags, mode);
+}
+
+#define SAME_AS_OPEN __attribute__((visibility("default"), alias("open")))
+SAME_AS_OPEN OpenFunction redirected64 __asm__("open64");
+SAME_AS_OPEN OpenFunction redirectedChecked __asm__("__open_2");
+SAME_AS_OPEN OpenFunction redirectedChecked64 __asm__("__open64_2");
+}

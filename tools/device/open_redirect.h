@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "tools/device/target_root.h"
+
+// As long as it lives, files that this thread opens for reading are those of `root`, whether the
+// program opens them or the shared library that it has loaded. This program defines the C library's
+// open() for that. Opens for writing, those of other threads and those that the C library makes
+// itself are not changed.
+class OpenRedirect {
+ public:
+  explicit OpenRedirect(const TargetRoot& root);
+  ~OpenRedirect();
+  OpenRedirect(const OpenRedirect&) = delete;
+  OpenRedirect& operator=(const OpenRedirect&) = delete;
+};
