@@ -10,12 +10,12 @@
 
 #include "loader/calib_loading.h"
 #include "output/calib_converter.h"
-#include "tools/block/calibration_text.h"
 #include "tools/block/crc_check.h"
 #include "tools/block/difference.h"
 #include "tools/block/reader.h"
 #include "tools/block/view.h"
 #include "tools/device/library_log.h"
+#include "tools/probe/calibration_text.h"
 
 namespace {
 
@@ -33,7 +33,7 @@ bool isOneLine(const std::string& text) {
 // Whether the library could have written the block.
 bool isLibrarys(const Bytes& block) {
   return block.size() == kBlockSize && checkCrc(block).good() &&
-         std::none_of(blockFields().begin(), blockFields().end(),
+         std::none_of(std::begin(kBlockFields), std::end(kBlockFields),
                       [&](const BlockField& field) { return isSuspect(block, field); });
 }
 
@@ -54,7 +54,7 @@ void checkViews(const Bytes& block) {
   require(!mapOf(block, Paint(true)).empty(), "every block has a map");
   require(!JsonValue(jsonOf(block)).document().empty(), "every block has a JSON form");
   require(differingFields(block, block).empty(), "a block does not differ from itself");
-  for (const BlockField& field : blockFields()) {
+  for (const BlockField& field : kBlockFields) {
     require(meaningOf(block, field).find('\n') == std::string::npos, "a meaning is one line");
   }
 }

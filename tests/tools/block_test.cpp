@@ -5,7 +5,6 @@
 #include "tests/tools/blocks.h"
 #include "tools/block/crc_check.h"
 #include "tools/block/reader.h"
-#include "tools/block/selector_code.h"
 #include "tools/block/view.h"
 
 namespace {
@@ -73,15 +72,6 @@ TEST(BlockReader, NeverFailsOnAnyBytesButWithOneLine) {
   }
 }
 
-TEST(BlockFields, CoverEveryByteOnce) {
-  size_t offset = 0;
-  for (const BlockField& field : blockFields()) {
-    EXPECT_EQ(field.offset, offset) << field.name;
-    offset = field.end();
-  }
-  EXPECT_EQ(offset, 82U);
-}
-
 TEST(BlockFields, NumbersLieMostSignificantByteFirst) {
   Bytes block(kBlockSize);
   block[15] = 0x11;
@@ -138,17 +128,6 @@ TEST(CrcCheck, NamesNoCauseForMoreThanOneBit) {
   block[50] ^= 0x77;
   EXPECT_FALSE(checkCrc(block).good());
   EXPECT_EQ(checkCrc(block).likely_cause, "");
-}
-
-TEST(SelectorCode, IsWhatTheConverterTakes) {
-  const std::optional<Selector> selector = selectorOf(0x0C);
-  ASSERT_TRUE(selector.has_value());
-  EXPECT_EQ(selector->gpio, 7);
-  EXPECT_EQ(selector->level, 1);
-  for (unsigned code = 0; code <= 0xFF; ++code) {
-    const bool known = code == 0x01 || code == 0x03 || code == 0x04 || code == 0x0C;
-    EXPECT_EQ(selectorOf(static_cast<uint8_t>(code)).has_value(), known) << code;
-  }
 }
 
 TEST(BlockView, MeaningNamesLineLevelAndPort) {

@@ -24,7 +24,7 @@ Bytes sealed(Bytes block) {
 
 Bytes randomBlock(std::mt19937& random) {
   Bytes block;
-  for (const BlockField& field : blockFields()) {
+  for (const BlockField& field : kBlockFields) {
     for (size_t i = 0; i < field.size; ++i) block.push_back(randomByte(random, field.kind));
   }
   return sealed(block);

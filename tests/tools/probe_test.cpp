@@ -2,7 +2,6 @@
 #include <gmock/gmock.h>
 
 #include "tools/probe/number_spelling.h"
-#include "tools/probe/schema_map.h"
 #include "tools/probe/schema_probe.h"
 
 namespace {
@@ -87,53 +86,6 @@ TEST(SchemaProbe, EveryKeySetsItsOwnParameter) {
   for (size_t i = 0; i < probe.keys().size(); ++i) {
     EXPECT_EQ(probe.feed(probe.keys()[i] + "=1").parameter, i) << probe.keys()[i];
   }
-}
-
-TEST(SchemaProbe, KnowsTheLargestNumber) {
-  const SchemaProbe probe = calibrationProbe(kAntennas);
-  for (size_t i = 0; i < probe.keys().size(); ++i) {
-    const std::string& key = probe.keys()[i];
-    const bool is_long = key.find("tx_power") != key.npos;
-    const bool is_word =
-        key == "version" || key.find("ant_delay") != key.npos || key.find("pg_count") != key.npos;
-    const uint32_t largest = is_long ? 0xFFFFFFFF : is_word ? 0xFFFF : 0xFF;
-    EXPECT_EQ(probe.largestNumber(i), largest) << key;
-  }
-  EXPECT_EQ(selectionProbe().largestNumber(0), std::nullopt);
-}
-
-TEST(SchemaMap, EveryFieldButTheSealAndTheReservedHasItsParameters) {
-  const SchemaProbe probe = calibrationProbe(kAntennas);
-  std::vector<std::string> fed;
-  for (const std::optional<ParameterPlace>& place : placesOf(kAntennas, probe)) {
-    ASSERT_TRUE(place.has_value());
-    ASSERT_NE(place->field, nullptr);
-    fed.emplace_back(place->field->name);
-  }
-  EXPECT_THAT(fed, testing::ElementsAre(
-                       "version", "ch5_ant_delay", "ch5_tx_power", "ch5_pg_count", "ch5_pg_delay",
-                       "ch5_antenna_selection", "ch5_antenna_selection", "ch5_port",
-                       "ch9_ant_delay", "ch9_tx_power", "ch9_pg_count", "ch9_pg_delay",
-                       "ch9_antenna_selection", "ch9_antenna_selection", "ch9_port",
-                       "temperature_reference", "xtal_trim", "wifi_coex_time_gap", "ap_coop_mode",
-                       "alternate_pulse_shape", "wifi_coex_min_spacing"));
-}
-
-TEST(SchemaMap, ASharedAntennaFeedsOnlyChannel5) {
-  const antenna_selection shared{"a", "a"};
-  for (const std::optional<ParameterPlace>& place : placesOf(shared, calibrationProbe(shared))) {
-    ASSERT_TRUE(place.has_value());
-    EXPECT_STRNE(place->field->name, "ch9_port");
-    EXPECT_STRNE(place->field->name, "ch9_antenna_selection");
-  }
-}
-
-TEST(SchemaMap, ANameThatMakesCommentsHasNoPlaces) {
-  const antenna_selection comment{"a//b", "c"};
-  const SchemaProbe probe = calibrationProbe(comment);
-  const std::vector<std::optional<ParameterPlace>> places = placesOf(comment, probe);
-  EXPECT_TRUE(places[0].has_value());
-  EXPECT_FALSE(places[1].has_value());
 }
 
 }  // namespace

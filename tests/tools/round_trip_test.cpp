@@ -6,7 +6,7 @@
 #include "loader/calib_loading.h"
 #include "output/calib_converter.h"
 #include "tests/tools/blocks.h"
-#include "tools/block/calibration_text.h"
+#include "tools/probe/calibration_text.h"
 
 namespace {
 

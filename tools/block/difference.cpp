@@ -16,7 +16,7 @@ Bytes part(const Bytes& block, const BlockField& field) {
 
 std::vector<const BlockField*> differingFields(const Bytes& a, const Bytes& b) {
   std::vector<const BlockField*> fields;
-  for (const BlockField& field : blockFields()) {
+  for (const BlockField& field : kBlockFields) {
     if (part(a, field) != part(b, field)) fields.push_back(&field);
   }
   return fields;

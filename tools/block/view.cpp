@@ -4,9 +4,6 @@
 #include <algorithm>
 #include <array>
 #include <functional>
-#include <optional>
-
-#include "tools/block/selector_code.h"
 
 namespace {
 
@@ -31,9 +28,9 @@ std::string bytesBetween(const Bytes& block, size_t first, size_t end) {
 }
 
 std::string selectorMeaning(uint8_t code) {
-  const std::optional<Selector> selector = selectorOf(code);
-  if (!selector.has_value()) return "no selector code: 0x01, 0x03, 0x04 or 0x0C";
-  return "GPIO " + std::to_string(selector->gpio) + ", level " + std::to_string(selector->level);
+  const Selector* const selector = selectorOf(code);
+  if (selector == nullptr) return "no selector code: 0x01, 0x03, 0x04 or 0x0C";
+  return "GPIO " + std::to_string(selector->line) + ", level " + std::to_string(selector->level);
 }
 
 std::string portMeaning(uint8_t port) {
@@ -51,7 +48,7 @@ std::string reservedMeaning(const Bytes& block, const BlockField& field) {
 // Calls `row` for pieces of the block, none longer than a row and none across two fields.
 void forEachRow(const Bytes& block,
                 const std::function<void(const BlockField&, size_t, size_t)>& row) {
-  for (const BlockField& field : blockFields()) {
+  for (const BlockField& field : kBlockFields) {
     for (size_t at = field.offset; at < std::min(field.end(), block.size());) {
       const size_t end = std::min({field.end(), block.size(), (at / kRow + 1) * kRow});
       // A number is never cut in two by a row's end.
@@ -68,13 +65,13 @@ std::string colourOf(const BlockField& field) {
   constexpr std::array<const char*, 6> kColours = {"30;46", "30;43", "30;42",
                                                    "30;45", "37;44", "30;47"};
   if (field.kind == FieldKind::Reserved) return "2";
-  const auto index = static_cast<size_t>(&field - blockFields().data());
+  const auto index = static_cast<size_t>(&field - kBlockFields);
   return kColours[index % kColours.size()];
 }
 
 char plainLetterOf(const BlockField& field) {
   if (field.kind == FieldKind::Reserved) return '.';
-  return static_cast<char>('A' + (&field - blockFields().data()));
+  return static_cast<char>('A' + (&field - kBlockFields));
 }
 
 std::string mapRow(const Bytes& block, size_t first, const Paint& paint) {
@@ -123,7 +120,7 @@ std::string meaningOf(const Bytes& block, const BlockField& field) {
 
 bool isSuspect(const Bytes& block, const BlockField& field) {
   if (!holds(block, field)) return true;
-  if (field.kind == FieldKind::SelectorCode) return !selectorOf(block[field.offset]).has_value();
+  if (field.kind == FieldKind::SelectorCode) return selectorOf(block[field.offset]) == nullptr;
   return field.kind == FieldKind::Reserved && !isZero(block, field);
 }
 
@@ -182,7 +179,7 @@ JsonMembers jsonOf(const Bytes& block) {
   std::string digits = hexOf(block);
   digits.pop_back();
   std::vector<JsonValue> fields;
-  for (const BlockField& field : blockFields()) {
+  for (const BlockField& field : kBlockFields) {
     if (holds(block, field)) fields.push_back(fieldJson(block, field));
   }
   return {{"bytes", digits}, {"fields", fields}};

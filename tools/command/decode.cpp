@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "tools/block/calibration_text.h"
 #include "tools/block/crc_check.h"
 #include "tools/block/reader.h"
 #include "tools/block/view.h"
 #include "tools/command/command.h"
+#include "tools/probe/calibration_text.h"
 
 namespace {
 
@@ -30,7 +30,7 @@ Verdict judge(const Bytes& block) {
     verdict.crc = checkCrc(block);
     if (!verdict.crc.good()) verdict.problems.push_back("bad CRC: " + crcText(verdict.crc));
   }
-  for (const BlockField& field : blockFields()) {
+  for (const BlockField& field : kBlockFields) {
     if (field.offset >= block.size() || !isSuspect(block, field)) continue;
     verdict.problems.push_back(std::string(field.name) + ": " + meaningOf(block, field));
   }
@@ -64,7 +64,7 @@ std::string row(const Bytes& block, const BlockField& field, const Verdict& verd
 std::string table(const Bytes& block, const Verdict& verdict, const Paint& paint) {
   std::string out =
       paint.bold("offset  field                   bytes              value  meaning") + "\n";
-  for (const BlockField& field : blockFields()) {
+  for (const BlockField& field : kBlockFields) {
     if (field.offset >= block.size()) break;
     if (paint.inColour()) out += letterOf(field, paint) + " ";
     out += row(block, field, verdict, paint);

@@ -65,7 +65,7 @@ std::string selectionText(const LoadTrace& trace, const Paint& paint) {
 std::vector<const TracedParameter*> parametersOf(const LoadTrace& trace, const BlockField& field) {
   std::vector<const TracedParameter*> parameters;
   for (const TracedParameter& parameter : trace.parameters) {
-    if (parameter.place.has_value() && parameter.place->field == &field) {
+    if (parameter.facts != nullptr && &parameter.facts->field() == &field) {
       parameters.push_back(&parameter);
     }
   }
@@ -138,7 +138,7 @@ std::string asText(const LoadTrace& trace, const Paint& paint) {
   std::string out = filesText(trace);
   if (!trace.decided) return out;
   out += "\n" + selectionText(trace, paint);
-  for (const BlockField& field : blockFields()) {
+  for (const BlockField& field : kBlockFields) {
     if (field.kind != FieldKind::Reserved) out += fieldText(trace, field, paint);
   }
   out += listText(trace, "A value that cannot be read ends its file:", failingLines(trace), paint);
@@ -207,7 +207,7 @@ JsonValue selectionJson(const LoadTrace& trace) {
 
 JsonValue fieldsJson(const LoadTrace& trace) {
   std::vector<JsonValue> fields;
-  for (const BlockField& field : blockFields()) {
+  for (const BlockField& field : kBlockFields) {
     if (field.kind != FieldKind::Reserved) fields.push_back(fieldJson(trace, field));
   }
   return fields;

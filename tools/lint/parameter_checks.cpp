@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <algorithm>
 #include <cstdlib>
+#include <iterator>
 
-#include "tools/block/selector_code.h"
 #include "tools/lint/checks.h"
 #include "tools/text/text.h"
 
@@ -14,20 +15,25 @@ Place valuePlace(const LoadTrace& trace, const LineRef& ref) {
   return placeIn(trace, ref, after + blanksAt(text, after) + 1);
 }
 
+bool isAnySelectors(uint8_t Selector::*member, uint8_t value) {
+  return std::any_of(std::begin(kSelectors), std::end(kSelectors),
+                     [&](const Selector& selector) { return selector.*member == value; });
+}
+
 void checkWiring(const LoadTrace& trace, const TracedParameter& parameter, Findings& findings) {
-  if (!parameter.place.has_value() || parameter.settings.empty()) return;
+  if (parameter.facts == nullptr || parameter.settings.empty()) return;
   const LineRef winner = parameter.settings.back();
   const auto value =
       static_cast<uint8_t>(std::strtoul(trace.at(winner).effect.value.c_str(), nullptr, 10));
-  const size_t offset = parameter.place->record_offset;
-  if (isOneOf(kWiringLines, offset) && !isSelectorLine(value)) {
+  const Role role = parameter.facts->role;
+  if (role == Role::SelectorLine && !isAnySelectors(&Selector::line, value)) {
     findings.add("selector-line", valuePlace(trace, winner),
                  "GPIO " + std::to_string(value) +
                      " is no selector line: the conversion fails on the device");
-  } else if (isOneOf(kWiringLevels, offset) && !isSelectorLevel(value)) {
+  } else if (role == Role::SelectorLevel && !isAnySelectors(&Selector::level, value)) {
     findings.add("selector-level", valuePlace(trace, winner),
                  std::to_string(value) + " is no level: the conversion fails on the device");
-  } else if (isOneOf(kWiringPorts, offset) && value == UINT8_MAX) {
+  } else if (role == Role::Port && value == UINT8_MAX) {
     findings.add("port-255", valuePlace(trace, winner),
                  "ports are counted from 1 in the block, so 255 wraps around to 0");
   }

@@ -38,7 +38,7 @@ class LineValue {
         spelling_(spellingOf(text_)) {}
 
   void check(Findings& findings) const {
-    if (!parameter_.largest.has_value()) {
+    if (parameter_.facts == nullptr) {
       checkWord(findings);
     } else if (spelling_.number.empty()) {
       // A name with a '=' in it can move the value; only the tree's word counts.
@@ -72,8 +72,8 @@ class LineValue {
   void checkNumber(Findings& findings) const {
     if (!fits()) {
       findings.add("out-of-range", place(),
-                   "'" + parameter_.key + "' takes 0 to " + std::to_string(*parameter_.largest) +
-                       "; " + lossText(trace_, ref_));
+                   "'" + parameter_.key + "' takes 0 to " +
+                       std::to_string(parameter_.facts->largest()) + "; " + lossText(trace_, ref_));
       return;
     }
     if (!spelling_.readAlike()) {

@@ -69,15 +69,6 @@ std::optional<size_t> SchemaProbe::parameterNamedIn(const std::string& line) con
   return std::nullopt;
 }
 
-std::optional<uint32_t> SchemaProbe::largestNumber(size_t parameter) const {
-  if (feed(keys_[parameter] + "=no number").kind != LineEffect::Kind::Fails) return std::nullopt;
-  for (const uint32_t largest : {0xFFFFFFFFU, 0xFFFFU, 0xFFU}) {
-    const LineEffect effect = feed(keys_[parameter] + "=" + std::to_string(largest));
-    if (effect.kind == LineEffect::Kind::Sets) return largest;
-  }
-  return std::nullopt;
-}
-
 std::optional<size_t> SchemaProbe::parameterSetIn(AstRoot& tree) const {
   const std::vector<std::string> missing = missingIn(tree);
   if (missing.size() == keys_.size()) return std::nullopt;

@@ -41,9 +41,6 @@ class SchemaProbe {
   // The parameter that the line names, whatever its value.
   std::optional<size_t> parameterNamedIn(const std::string& line) const;
 
-  // The largest number that the parameter takes; nothing for one that is a text.
-  std::optional<uint32_t> largestNumber(size_t parameter) const;
-
  private:
   std::optional<size_t> parameterSetIn(AstRoot& tree) const;
   std::string valueIn(const AstRoot& tree) const;

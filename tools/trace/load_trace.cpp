@@ -100,10 +100,10 @@ void select(LoadTrace& trace, const std::vector<calibration>& calibrations) {
 }
 
 void addParameters(LoadTrace& trace, const SchemaProbe& probe, Pass pass) {
-  std::vector<std::optional<ParameterPlace>> places(probe.keys().size());
-  if (pass == Pass::Calibration) places = placesOf(trace.selection, probe);
+  std::vector<const Parameter*> facts(probe.keys().size());
+  if (pass == Pass::Calibration) facts = parametersFor(trace.selection);
   for (size_t i = 0; i < probe.keys().size(); ++i) {
-    trace.parameters.push_back({probe.keys()[i], pass, {}, places[i], probe.largestNumber(i)});
+    trace.parameters.push_back({probe.keys()[i], pass, {}, facts.at(i)});
   }
 }
 

@@ -7,7 +7,6 @@
 
 #include "schema/antenna_selection.h"
 #include "tools/block/fields.h"
-#include "tools/probe/schema_map.h"
 #include "tools/probe/schema_probe.h"
 
 // A load with everything that the device keeps to itself: which line of which file did what.
@@ -64,8 +63,7 @@ struct TracedParameter {
   std::string key;
   Pass pass;
   std::vector<LineRef> settings;  // In the order of reading: the last one wins.
-  std::optional<ParameterPlace> place;
-  std::optional<uint32_t> largest;  // Nothing for a text.
+  const Parameter* facts;         // Null for an antenna's name.
 };
 
 struct LoadTrace {
