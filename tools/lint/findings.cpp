@@ -18,9 +18,8 @@ void Findings::beginLoad(const std::string& country) {
   loads_.insert(country);
 }
 
-void Findings::add(const std::string& rule, const Place& place, const std::string& message) {
-  const size_t index = ruleIndex(rule);
-  Finding finding{place, index, rules()[index].severity, message, {country_}};
+void Findings::add(Rule rule, const Place& place, const std::string& message) {
+  Finding finding{place, rule, factsOf(rule).severity, message, {country_}};
   const auto at =
       std::lower_bound(findings_.begin(), findings_.end(), finding,
                        [](const Finding& a, const Finding& b) { return orderOf(a) < orderOf(b); });
@@ -40,16 +39,15 @@ void Findings::showPathsBelow(const std::string& root) {
   }
 }
 
-void Findings::takeAsErrors(const std::string& rule) {
+void Findings::takeAsErrors(Rule rule) {
   for (Finding& finding : findings_) {
-    if (finding.rule == ruleIndex(rule)) finding.severity = Severity::Error;
+    if (finding.rule == rule) finding.severity = Severity::Error;
   }
 }
 
-void Findings::leaveOut(const std::string& rule) {
-  const size_t index = ruleIndex(rule);
+void Findings::leaveOut(Rule rule) {
   findings_.erase(std::remove_if(findings_.begin(), findings_.end(),
-                                 [&](const Finding& finding) { return finding.rule == index; }),
+                                 [&](const Finding& finding) { return finding.rule == rule; }),
                   findings_.end());
 }
 

@@ -17,7 +17,7 @@ struct Place {
 
 struct Finding {
   Place place;
-  size_t rule;
+  Rule rule;
   Severity severity;
   std::string message;
   std::set<std::string> countries;  // Those in whose load it was found.
@@ -30,14 +30,14 @@ class Findings {
   void beginLoad(const std::string& country);
 
   // The same finding of several loads is one.
-  void add(const std::string& rule, const Place& place, const std::string& message);
+  void add(Rule rule, const Place& place, const std::string& message);
 
   // Names the files as the host does, below the folder that was the root.
   void showPathsBelow(const std::string& root);
 
   // Makes all findings of the rule errors, or leaves them out.
-  void takeAsErrors(const std::string& rule);
-  void leaveOut(const std::string& rule);
+  void takeAsErrors(Rule rule);
+  void leaveOut(Rule rule);
 
   // In the order of their places.
   const std::vector<Finding>& all() const { return findings_; }

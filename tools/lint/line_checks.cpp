@@ -85,19 +85,19 @@ class DroppedLine {
     if (nearest.empty() && !trace_.selected && key.find('.') != key.npos) return;
     std::string message = "no parameter has the key '" + shortened(key) + "'";
     if (!nearest.empty()) message += "; did you mean '" + nearest + "'?";
-    findings.add("unknown-key", placeIn(trace_, ref_, blanksAt(text_, 0) + 1), message);
+    findings.add(Rule::UnknownKey, placeIn(trace_, ref_, blanksAt(text_, 0) + 1), message);
   }
 
   void checkLeadingBlank(Findings& findings) const {
     if (blanksAt(text_, 0) == 0) return;
-    findings.add("leading-blank", placeIn(trace_, ref_),
+    findings.add(Rule::LeadingBlank, placeIn(trace_, ref_),
                  "a blank before the key: the line sets nothing");
   }
 
   void checkBlankBeforeEqual(Findings& findings) const {
     const size_t end = text_.find_last_not_of(kBlanks, equal_ - 1) + 1;
     if (end == equal_) return;
-    findings.add("blank-before-equal", placeIn(trace_, ref_, end + 1),
+    findings.add(Rule::BlankBeforeEqual, placeIn(trace_, ref_, end + 1),
                  "a blank before '=': the line sets nothing");
   }
 
@@ -108,11 +108,11 @@ class DroppedLine {
     if (blank >= equal_ || blank + blanksAt(text_, blank) == equal_) return;
     const std::string rest = withoutBlanks(text_.substr(blank, equal_ - blank));
     if (trees_.take(rest + text_.substr(equal_))) {
-      findings.add("blank-after-ccc", placeIn(trace_, ref_, blank + 1),
+      findings.add(Rule::BlankAfterCcc, placeIn(trace_, ref_, blank + 1),
                    "a blank after " + shortened(text_.substr(begin, blank - begin)) +
                        ": the line sets nothing");
     } else {
-      findings.add("unknown-key", placeIn(trace_, ref_, blank + 1),
+      findings.add(Rule::UnknownKey, placeIn(trace_, ref_, blank + 1),
                    "a blank inside the key '" + shortened(key) + "': the line sets nothing");
     }
   }
@@ -127,7 +127,7 @@ class DroppedLine {
 void checkTextWithoutEqual(const LoadTrace& trace, const LineRef& ref, Findings& findings) {
   const std::string& text = trace.at(ref).text;
   if (withoutBlanks(text).empty() || beginsComment(text)) return;
-  findings.add("no-equal", placeIn(trace, ref, blanksAt(text, 0) + 1),
+  findings.add(Rule::NoEqual, placeIn(trace, ref, blanksAt(text, 0) + 1),
                "neither an assignment nor a comment: the line sets nothing");
 }
 

@@ -27,14 +27,14 @@ void checkWiring(const LoadTrace& trace, const TracedParameter& parameter, Findi
       static_cast<uint8_t>(std::strtoul(trace.at(winner).effect.value.c_str(), nullptr, 10));
   const Role role = parameter.facts->role;
   if (role == Role::SelectorLine && !isAnySelectors(&Selector::line, value)) {
-    findings.add("selector-line", valuePlace(trace, winner),
+    findings.add(Rule::SelectorLine, valuePlace(trace, winner),
                  "GPIO " + std::to_string(value) +
                      " is no selector line: the conversion fails on the device");
   } else if (role == Role::SelectorLevel && !isAnySelectors(&Selector::level, value)) {
-    findings.add("selector-level", valuePlace(trace, winner),
+    findings.add(Rule::SelectorLevel, valuePlace(trace, winner),
                  std::to_string(value) + " is no level: the conversion fails on the device");
   } else if (role == Role::Port && value == UINT8_MAX) {
-    findings.add("port-255", valuePlace(trace, winner),
+    findings.add(Rule::Port255, valuePlace(trace, winner),
                  "ports are counted from 1 in the block, so 255 wraps around to 0");
   }
 }
@@ -44,11 +44,11 @@ void checkOverridden(const LoadTrace& trace, const TracedParameter& parameter, F
     const LineRef& earlier = parameter.settings[i - 1];
     const LineRef& later = parameter.settings[i];
     if (earlier.file == later.file) {
-      findings.add("duplicate-key", placeIn(trace, later),
+      findings.add(Rule::DuplicateKey, placeIn(trace, later),
                    "'" + parameter.key + "' has a value in line " +
                        std::to_string(trace.at(earlier).number) + " already; this one wins");
     } else {
-      findings.add("overridden-value", placeIn(trace, earlier),
+      findings.add(Rule::OverriddenValue, placeIn(trace, earlier),
                    "'" + parameter.key + "' is set again in " + trace.placeOf(later));
     }
   }
@@ -58,7 +58,7 @@ void checkMissing(const LoadTrace& trace, Findings& findings) {
   // What is not there has no line: the last file is where it may still be added.
   const Place place{trace.files.back().path, 1, 1, {}};
   for (const std::string& key : trace.missing) {
-    findings.add("missing-key", place,
+    findings.add(Rule::MissingKey, place,
                  "no line sets '" + key + "', neither here nor in the files before");
   }
 }

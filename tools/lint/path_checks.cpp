@@ -35,20 +35,20 @@ size_t commentIn(const std::string& entry) {
 bool explainPath(const TracedPathFile& file, const TracedEntry& entry, Findings& findings) {
   const std::string& text = entry.text;
   if (!text.empty() && text.back() == '\r') {
-    findings.add("path-cr", placeOf(file, entry, text.size()),
+    findings.add(Rule::PathCr, placeOf(file, entry, text.size()),
                  "the carriage return is part of the path: no such file");
     return true;
   }
   if (const size_t comment = commentIn(text); comment != text.npos) {
     findings.add(
-        "path-comment", placeOf(file, entry, comment + 1),
+        Rule::PathComment, placeOf(file, entry, comment + 1),
         "path files have no comments: the whole line is a path, and there is no such file");
     return true;
   }
   const size_t begin = text.find_first_not_of(kBlanks);
   const size_t end = text.find_last_not_of(kBlanks);
   if (begin == 0 && end == text.size() - 1) return false;
-  findings.add("path-blank", placeOf(file, entry, begin == 0 ? end + 2 : 1),
+  findings.add(Rule::PathBlank, placeOf(file, entry, begin == 0 ? end + 2 : 1),
                begin == text.npos ? "an empty line is an entry too: no such file"
                                   : "blanks are part of the path: no such file");
   return true;
@@ -59,13 +59,13 @@ bool explainPlaceholder(const TracedPathFile& file, const TracedEntry& entry, Fi
   const std::string lowered = CalibPath::lowercase(entry.text);
   if (hasPlaceholder(lowered)) {
     const size_t at = CalibPath::findCountryCodeComponent(lowered);
-    findings.add("placeholder-capitals", placeOf(file, entry, at + 1),
+    findings.add(Rule::PlaceholderCapitals, placeOf(file, entry, at + 1),
                  "in capitals this is no placeholder: it is part of the path");
     return true;
   }
   const size_t mark = entry.text.find_first_of("<>{}$%");
   if (mark == entry.text.npos) return false;
-  findings.add("placeholder-misspelt", placeOf(file, entry, mark + 1),
+  findings.add(Rule::PlaceholderMisspelt, placeOf(file, entry, mark + 1),
                "the only placeholder is <country>: this is part of the path");
   return true;
 }
@@ -76,7 +76,7 @@ void checkSecondPlaceholder(const TracedPathFile& file, const TracedEntry& entry
   const size_t first = CalibPath::findCountryCodeComponent(entry.text);
   const size_t second = CalibPath::findCountryCodeComponent(entry.text.substr(first + 1));
   if (second == entry.text.npos) return;
-  findings.add("placeholder-twice", placeOf(file, entry, first + second + 2),
+  findings.add(Rule::PlaceholderTwice, placeOf(file, entry, first + second + 2),
                "only the first placeholder is replaced: this one is part of the path");
 }
 
@@ -86,16 +86,17 @@ void checkReadability(Readability readability, const std::string& path, const st
     case Readability::Text:
       return;
     case Readability::Empty:
-      findings.add("file-empty", place, path + " is empty");
+      findings.add(Rule::FileEmpty, place, path + " is empty");
       return;
     case Readability::Missing:
-      findings.add("file-missing", place, "there is no " + path);
+      findings.add(Rule::FileMissing, place, "there is no " + path);
       return;
     case Readability::Directory:
-      findings.add("file-directory", place, path + " is a directory: it is read as an empty file");
+      findings.add(Rule::FileDirectory, place,
+                   path + " is a directory: it is read as an empty file");
       return;
     case Readability::Unreadable:
-      findings.add("file-unreadable", place, "cannot read " + path + ": " + reason);
+      findings.add(Rule::FileUnreadable, place, "cannot read " + path + ": " + reason);
       return;
   }
 }
@@ -107,7 +108,7 @@ std::string pathsTried(const TracedEntry& entry) {
 void checkEntry(const TracedPathFile& file, const TracedEntry& entry, Findings& findings) {
   checkSecondPlaceholder(file, entry, findings);
   if (entry.fell_back) {
-    findings.add("country-fallback", placeOf(file, entry),
+    findings.add(Rule::CountryFallback, placeOf(file, entry),
                  "there is no " + entry.path + ": " + entry.last_path + " is read instead");
   }
   if (!entry.file.has_value() &&
@@ -134,7 +135,8 @@ void checkHidden(const LoadTrace& trace, Findings& findings) {
     std::string reason;
     const bool exists = readabilityOf(paths[i], reason) != Readability::Missing;
     if (!exists || isSameFile(paths[i], deciding)) continue;
-    findings.add("path-file-hides", place, paths[i] + " is never read: this path file comes first");
+    findings.add(Rule::PathFileHides, place,
+                 paths[i] + " is never read: this path file comes first");
   }
 }
 
@@ -145,10 +147,10 @@ void checkExistence(const LoadTrace& trace, Findings& findings) {
     if (file.readability == Readability::Missing) missing.push_back(file.path);
   }
   if (missing.size() == trace.path_files.size()) {
-    findings.add("path-file-missing", {missing.front(), 1, 1, {}},
+    findings.add(Rule::PathFileMissing, {missing.front(), 1, 1, {}},
                  "there is no path file: neither " + joined(missing, " nor "));
   } else if (!missing.empty() && missing.front() == asked_for) {
-    findings.add("path-file-missing", {asked_for, 1, 1, {}},
+    findings.add(Rule::PathFileMissing, {asked_for, 1, 1, {}},
                  "the path file that the property names does not exist");
   }
 }
@@ -188,7 +190,7 @@ void checkText(const std::string& path, const std::string& content, Findings& fi
   const size_t begin = newline == content.npos ? 0 : newline + 1;
   const auto before = static_cast<size_t>(
       std::count(content.begin(), content.begin() + static_cast<ptrdiff_t>(begin), '\n'));
-  findings.add("not-text", {path, before + 1, first - begin + 1, lineAround(content, begin)},
+  findings.add(Rule::NotText, {path, before + 1, first - begin + 1, lineAround(content, begin)},
                counted(count, "byte") + " of the file " + (count == 1 ? "is" : "are") +
                    " no text, the first here");
 }

@@ -37,7 +37,7 @@ std::string findingText(const Findings& findings, const Finding& finding, const 
   return paint.bold(printable(place.path) + ":" + std::to_string(place.line) + ":" +
                     std::to_string(place.column) + ":") +
          " " + painted(finding.severity, paint) + " " + printable(messageOf(findings, finding)) +
-         " [" + rules()[finding.rule].name + "]\n" + excerpt(place, paint);
+         " [" + factsOf(finding.rule).name + "]\n" + excerpt(place, paint);
 }
 
 JsonValue findingJson(const Finding& finding) {
@@ -46,7 +46,7 @@ JsonValue findingJson(const Finding& finding) {
                      {"line", finding.place.line},
                      {"column", finding.place.column},
                      {"severity", wordFor(finding.severity)},
-                     {"rule", rules()[finding.rule].name},
+                     {"rule", factsOf(finding.rule).name},
                      {"message", finding.message},
                      {"countries", countries},
                      {"source", finding.place.source}};
@@ -90,7 +90,7 @@ std::string githubReport(const Findings& findings) {
         finding.severity == Severity::Note ? "notice" : wordFor(finding.severity);
     out += "::" + command + " file=" + escaped(finding.place.path, "%\r\n:,") +
            ",line=" + std::to_string(finding.place.line) +
-           ",col=" + std::to_string(finding.place.column) + ",title=" + rules()[finding.rule].name +
+           ",col=" + std::to_string(finding.place.column) + ",title=" + factsOf(finding.rule).name +
            "::" + escaped(printable(messageOf(findings, finding)), "%\r\n") + "\n";
   }
   return out;

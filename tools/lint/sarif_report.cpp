@@ -22,7 +22,7 @@ JsonValue textJson(const std::string& text) {
   return JsonMembers{{"text", text}};
 }
 
-JsonValue ruleJson(const Rule& rule) {
+JsonValue ruleJson(const RuleFacts& rule) {
   return JsonMembers{{"id", rule.name},
                      {"shortDescription", textJson(rule.summary)},
                      {"defaultConfiguration", JsonMembers{{"level", wordFor(rule.severity)}}}};
@@ -40,8 +40,8 @@ JsonValue resultJson(const Findings& findings, const Finding& finding) {
   const JsonMembers place = {{"artifactLocation", JsonMembers{{"uri", uriOf(finding.place.path)}}},
                              {"region", regionOf(finding.place)}};
   const std::vector<JsonValue> locations = {JsonMembers{{"physicalLocation", place}}};
-  return JsonMembers{{"ruleId", rules()[finding.rule].name},
-                     {"ruleIndex", finding.rule},
+  return JsonMembers{{"ruleId", factsOf(finding.rule).name},
+                     {"ruleIndex", static_cast<size_t>(finding.rule)},
                      {"level", wordFor(finding.severity)},
                      {"message", textJson(printable(messageOf(findings, finding)))},
                      {"locations", locations}};
@@ -49,7 +49,7 @@ JsonValue resultJson(const Findings& findings, const Finding& finding) {
 
 JsonValue driverJson() {
   std::vector<JsonValue> driver_rules;
-  for (const Rule& rule : rules()) driver_rules.push_back(ruleJson(rule));
+  for (const RuleFacts& rule : kRules) driver_rules.push_back(ruleJson(rule));
   return JsonMembers{{"name", "tarnix-uwb-params"}, {"rules", driver_rules}};
 }
 

@@ -57,7 +57,7 @@ class LineValue {
   Place place(size_t offset = 0) const { return placeIn(trace_, ref_, at_ + offset + 1); }
 
   void addUnreadable(const std::string& what, Findings& findings) const {
-    findings.add("unreadable-value", place(),
+    findings.add(Rule::UnreadableValue, place(),
                  "'" + parameter_.key + "' takes " + what + "; " + lossText(trace_, ref_));
   }
 
@@ -71,13 +71,13 @@ class LineValue {
 
   void checkNumber(Findings& findings) const {
     if (!fits()) {
-      findings.add("out-of-range", place(),
+      findings.add(Rule::OutOfRange, place(),
                    "'" + parameter_.key + "' takes 0 to " +
                        std::to_string(parameter_.facts->largest()) + "; " + lossText(trace_, ref_));
       return;
     }
     if (!spelling_.readAlike()) {
-      findings.add("number-spelling", place(),
+      findings.add(Rule::NumberSpelling, place(),
                    "the device refuses '" + spelling_.gathered +
                        "' and loses the rest of the file; "
                        "libstdc++ takes it for " +
@@ -99,7 +99,7 @@ class LineValue {
 
   void checkSign(Findings& findings) const {
     if (spelling_.number[0] != '-') return;
-    findings.add("negative-number", place(),
+    findings.add(Rule::NegativeNumber, place(),
                  "'" + spelling_.number + "' wraps around to " + printedNumber());
   }
 
@@ -108,7 +108,7 @@ class LineValue {
     const bool octal = spelling_.number[digits] == '0' && spelling_.number.size() > digits + 1 &&
                        (spelling_.number[digits + 1] | 0x20) != 'x';
     if (!octal) return;
-    findings.add("octal-number", place(),
+    findings.add(Rule::OctalNumber, place(),
                  "'" + spelling_.number + "' is octal: it is read as " + printedNumber());
   }
 
@@ -122,7 +122,7 @@ class LineValue {
     const std::string behind = text_.substr(value_size);
     const size_t blanks = blanksAt(behind, 0);
     if (blanks == behind.size() || beginsComment(behind)) return;
-    findings.add("text-after-value", place(value_size + blanks),
+    findings.add(Rule::TextAfterValue, place(value_size + blanks),
                  "'" + parameter_.key + "' is " + printedNumber() + "; what follows is not read");
   }
 
