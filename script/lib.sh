@@ -40,11 +40,22 @@ install_packages() {
     "${missing[@]}" >/dev/null || fail "cannot install ${missing[*]}"
 }
 
-# Configures (once) and builds the preset $1, with the targets that follow or all.
+# Configures the preset $1, unless that has been done since the presets changed. Other changes CMake
+# notices by itself.
+configure_preset() {
+  local stamp=build/$1/configured file
+  for file in CMakePresets.json cmake/toolchains/*; do
+    [ "$stamp" -nt "$file" ] && continue
+    quietly cmake --fresh --preset "$1" && touch "$stamp"
+    return
+  done
+}
+
+# Configures and builds the preset $1, with the targets that follow or all.
 build_preset() {
   local preset=$1
   shift
-  [ -f "build/$preset/build.ninja" ] || quietly cmake --preset "$preset"
+  configure_preset "$preset" || return
   quietly cmake --build "build/$preset" ${@:+--target "$@"}
 }
 
