@@ -5,20 +5,17 @@
 #include "tools/command/command.h"
 #include "tools/device/device_library.h"
 #include "tools/device/open_redirect.h"
+#include "tools/trace/countries.h"
 #include "tools/trace/load_trace.h"
 
 namespace {
 
-std::string countryName(const std::string& country) {
-  return country.empty() ? "no country code" : "country " + printable(country);
-}
-
 std::string lineText(const LoadTrace& trace, const LineRef& ref) {
-  return printable(trace.placeOf(ref)) + ": " + printable(trace.at(ref).text);
+  return printable(trace.placeText(ref)) + ": " + printable(trace.at(ref).text);
 }
 
 std::string filesText(const LoadTrace& trace) {
-  std::string out = countryName(trace.country) + ", ";
+  std::string out = countryTitle(trace.country) + ", ";
   if (!trace.decided) return out + trace.problem + "\n";
   out += "path file " + printable(trace.deciding().path) + "\n";
   for (const TracedEntry& entry : trace.deciding().entries) {

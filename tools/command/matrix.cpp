@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <algorithm>
 
+#include "loader/calib_path.h"
 #include "tools/block/difference.h"
 #include "tools/block/view.h"
 #include "tools/command/command.h"
@@ -12,9 +13,6 @@
 
 namespace {
 
-// The word that stands in the path of the file that serves all other countries.
-constexpr char kDefault[] = "default";
-
 struct Row {
   std::string title;
   LoadTrace trace;
@@ -22,7 +20,7 @@ struct Row {
 };
 
 std::string titleOf(const std::string& country) {
-  return country.empty() ? "(none)" : printable(country);
+  return country.empty() ? "no country code" : printable(country);
 }
 
 Row rowFor(const std::string& country, const Options& options, const DeviceLibrary& library) {
@@ -40,7 +38,7 @@ std::vector<Row> rowsOf(const Options& options) {
   const OpenRedirect redirect(root);
   setDeviceProperties("", options.path_file);
   std::vector<std::string> countries = countriesOfTree();
-  countries.insert(countries.end(), {kDefault, ""});
+  countries.insert(countries.end(), {CalibPath::kDefaultCountry, ""});
   std::vector<Row> rows;
   rows.reserve(countries.size());
   for (const std::string& country : countries) rows.push_back(rowFor(country, options, library));

@@ -44,15 +44,11 @@ class Trees {
   explicit Trees(const LoadTrace& trace)
       : selection_(selectionProbe()), calibration_(calibrationProbe(trace.selection)) {}
 
-  bool take(const std::string& line) const {
-    return names(selection_.feed(line)) || names(calibration_.feed(line));
+  bool haveKeyOf(const std::string& line) const {
+    return selection_.feed(line).namesParameter() || calibration_.feed(line).namesParameter();
   }
 
  private:
-  static bool names(const LineEffect& effect) {
-    return effect.kind == Kind::Sets || effect.kind == Kind::Fails;
-  }
-
   const SchemaProbe selection_;
   const SchemaProbe calibration_;
 };
@@ -69,7 +65,7 @@ class DroppedLine {
 
   void check(Findings& findings) const {
     const std::string key = withoutBlanks(text_.substr(0, equal_));
-    if (key == text_.substr(0, equal_) || !trees_.take(key + text_.substr(equal_))) {
+    if (key == text_.substr(0, equal_) || !trees_.haveKeyOf(key + text_.substr(equal_))) {
       checkKey(key, findings);
       return;
     }
@@ -107,7 +103,7 @@ class DroppedLine {
     const size_t blank = text_.find_first_of(kBlanks, begin);
     if (blank >= equal_ || blank + blanksAt(text_, blank) == equal_) return;
     const std::string rest = withoutBlanks(text_.substr(blank, equal_ - blank));
-    if (trees_.take(rest + text_.substr(equal_))) {
+    if (trees_.haveKeyOf(rest + text_.substr(equal_))) {
       findings.add(Rule::BlankAfterCcc, placeIn(trace_, ref_, blank + 1),
                    "a blank after " + shortened(text_.substr(begin, blank - begin)) +
                        ": the line sets nothing");
@@ -151,7 +147,7 @@ size_t blanksAt(const std::string& text, size_t at) {
 void checkLines(const LoadTrace& trace, Findings& findings) {
   const Trees trees(trace);
   forEachLine(trace, [&](const LineRef& ref, const TracedLine& line) {
-    if (line.names()) return;
+    if (line.parameter.has_value()) return;
     const bool assignment = line.text.find('=') != line.text.npos;
     if (assignment && line.effect.kind == Kind::Dropped) {
       DroppedLine(trace, trees, ref).check(findings);

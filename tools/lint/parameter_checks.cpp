@@ -49,7 +49,7 @@ void checkOverridden(const LoadTrace& trace, const TracedParameter& parameter, F
                        std::to_string(trace.at(earlier).number) + " already; this one wins");
     } else {
       findings.add(Rule::OverriddenValue, placeIn(trace, earlier),
-                   "'" + parameter.key + "' is set again in " + trace.placeOf(later));
+                   "'" + parameter.key + "' is set again in " + trace.placeText(later));
     }
   }
 }

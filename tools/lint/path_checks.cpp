@@ -12,7 +12,7 @@ namespace {
 
 constexpr char kBlanks[] = " \t\v\f";
 
-Place placeOf(const TracedPathFile& file, const TracedEntry& entry, size_t column = 1) {
+Place entryPlace(const TracedPathFile& file, const TracedEntry& entry, size_t column = 1) {
   return {file.path, entry.number, column, entry.text};
 }
 
@@ -35,20 +35,20 @@ size_t commentIn(const std::string& entry) {
 bool explainPath(const TracedPathFile& file, const TracedEntry& entry, Findings& findings) {
   const std::string& text = entry.text;
   if (!text.empty() && text.back() == '\r') {
-    findings.add(Rule::PathCr, placeOf(file, entry, text.size()),
+    findings.add(Rule::PathCr, entryPlace(file, entry, text.size()),
                  "the carriage return is part of the path: no such file");
     return true;
   }
   if (const size_t comment = commentIn(text); comment != text.npos) {
     findings.add(
-        Rule::PathComment, placeOf(file, entry, comment + 1),
+        Rule::PathComment, entryPlace(file, entry, comment + 1),
         "path files have no comments: the whole line is a path, and there is no such file");
     return true;
   }
   const size_t begin = text.find_first_not_of(kBlanks);
   const size_t end = text.find_last_not_of(kBlanks);
   if (begin == 0 && end == text.size() - 1) return false;
-  findings.add(Rule::PathBlank, placeOf(file, entry, begin == 0 ? end + 2 : 1),
+  findings.add(Rule::PathBlank, entryPlace(file, entry, begin == 0 ? end + 2 : 1),
                begin == text.npos ? "an empty line is an entry too: no such file"
                                   : "blanks are part of the path: no such file");
   return true;
@@ -59,13 +59,13 @@ bool explainPlaceholder(const TracedPathFile& file, const TracedEntry& entry, Fi
   const std::string lowered = CalibPath::lowercase(entry.text);
   if (hasPlaceholder(lowered)) {
     const size_t at = CalibPath::findCountryCodeComponent(lowered);
-    findings.add(Rule::PlaceholderCapitals, placeOf(file, entry, at + 1),
+    findings.add(Rule::PlaceholderCapitals, entryPlace(file, entry, at + 1),
                  "in capitals this is no placeholder: it is part of the path");
     return true;
   }
   const size_t mark = entry.text.find_first_of("<>{}$%");
   if (mark == entry.text.npos) return false;
-  findings.add(Rule::PlaceholderMisspelt, placeOf(file, entry, mark + 1),
+  findings.add(Rule::PlaceholderMisspelt, entryPlace(file, entry, mark + 1),
                "the only placeholder is <country>: this is part of the path");
   return true;
 }
@@ -76,27 +76,27 @@ void checkSecondPlaceholder(const TracedPathFile& file, const TracedEntry& entry
   const size_t first = CalibPath::findCountryCodeComponent(entry.text);
   const size_t second = CalibPath::findCountryCodeComponent(entry.text.substr(first + 1));
   if (second == entry.text.npos) return;
-  findings.add(Rule::PlaceholderTwice, placeOf(file, entry, first + second + 2),
+  findings.add(Rule::PlaceholderTwice, entryPlace(file, entry, first + second + 2),
                "only the first placeholder is replaced: this one is part of the path");
 }
 
-void checkReadability(Readability readability, const std::string& path, const std::string& reason,
-                      const Place& place, Findings& findings) {
-  switch (readability) {
-    case Readability::Text:
+void checkStatus(const FileStatus& status, const std::string& path, const Place& place,
+                 Findings& findings) {
+  switch (status.kind) {
+    case FileKind::Text:
       return;
-    case Readability::Empty:
+    case FileKind::Empty:
       findings.add(Rule::FileEmpty, place, path + " is empty");
       return;
-    case Readability::Missing:
+    case FileKind::Missing:
       findings.add(Rule::FileMissing, place, "there is no " + path);
       return;
-    case Readability::Directory:
+    case FileKind::Directory:
       findings.add(Rule::FileDirectory, place,
                    path + " is a directory: it is read as an empty file");
       return;
-    case Readability::Unreadable:
-      findings.add(Rule::FileUnreadable, place, "cannot read " + path + ": " + reason);
+    case FileKind::Unreadable:
+      findings.add(Rule::FileUnreadable, place, "cannot read " + path + ": " + status.reason);
       return;
   }
 }
@@ -108,16 +108,16 @@ std::string pathsTried(const TracedEntry& entry) {
 void checkEntry(const TracedPathFile& file, const TracedEntry& entry, Findings& findings) {
   checkSecondPlaceholder(file, entry, findings);
   if (entry.fell_back) {
-    findings.add(Rule::CountryFallback, placeOf(file, entry),
+    findings.add(Rule::CountryFallback, entryPlace(file, entry),
                  "there is no " + entry.path + ": " + entry.last_path + " is read instead");
   }
   if (!entry.file.has_value() &&
       (explainPath(file, entry, findings) || explainPlaceholder(file, entry, findings))) {
     return;
   }
-  const bool missing = entry.readability == Readability::Missing;
-  checkReadability(entry.readability, missing ? pathsTried(entry) : entry.last_path, entry.reason,
-                   placeOf(file, entry), findings);
+  const bool missing = entry.status.kind == FileKind::Missing;
+  checkStatus(entry.status, missing ? pathsTried(entry) : entry.last_path, entryPlace(file, entry),
+              findings);
 }
 
 bool isSameFile(const std::string& a, const std::string& b) {
@@ -132,8 +132,7 @@ void checkHidden(const LoadTrace& trace, Findings& findings) {
   const std::string& deciding = trace.deciding().path;
   const Place place{deciding, 1, 1, trace.deciding().entries.front().text};
   for (size_t i = trace.path_files.size(); i < paths.size(); ++i) {
-    std::string reason;
-    const bool exists = readabilityOf(paths[i], reason) != Readability::Missing;
+    const bool exists = fileStatus(paths[i]).kind != FileKind::Missing;
     if (!exists || isSameFile(paths[i], deciding)) continue;
     findings.add(Rule::PathFileHides, place,
                  paths[i] + " is never read: this path file comes first");
@@ -144,7 +143,7 @@ void checkExistence(const LoadTrace& trace, Findings& findings) {
   const std::string asked_for = AndroidProperties::getCalibPathProp().value_or("");
   std::vector<std::string> missing;
   for (const TracedPathFile& file : trace.path_files) {
-    if (file.readability == Readability::Missing) missing.push_back(file.path);
+    if (file.status.kind == FileKind::Missing) missing.push_back(file.path);
   }
   if (missing.size() == trace.path_files.size()) {
     findings.add(Rule::PathFileMissing, {missing.front(), 1, 1, {}},
@@ -202,8 +201,8 @@ std::string joinedLines(const TracedPathFile& file) {
 }
 
 void checkPathFile(const TracedPathFile& file, Findings& findings) {
-  const bool missing = file.readability == Readability::Missing;
-  if (!missing) checkReadability(file.readability, file.path, "", {file.path, 1, 1, {}}, findings);
+  const bool missing = file.status.kind == FileKind::Missing;
+  if (!missing) checkStatus(file.status, file.path, {file.path, 1, 1, {}}, findings);
   checkText(file.path, joinedLines(file), findings);
   for (const TracedEntry& entry : file.entries) checkEntry(file, entry, findings);
 }

@@ -139,6 +139,6 @@ class LineValue {
 
 void checkValues(const LoadTrace& trace, Findings& findings) {
   forEachLine(trace, [&](const LineRef& ref, const TracedLine& line) {
-    if (line.names()) LineValue(trace, ref).check(findings);
+    if (line.parameter.has_value()) LineValue(trace, ref).check(findings);
   });
 }

@@ -13,15 +13,17 @@
 // What one line does to a schema's tree.
 struct LineEffect {
   enum class Kind {
-    Dropped,  // No parameter takes it.
-    Comment,  // The tree says so.
+    Dropped,  // No parameter has its key.
+    Comment,  // The tree logs it as ignored.
     Sets,     // It sets `parameter`.
-    Fails,    // It names `parameter`, but its value ends the reading of the file.
+    Fails,    // It names `parameter`, but the device stops reading the file at its value.
   };
   Kind kind = Kind::Dropped;
-  size_t parameter = 0;
-  std::string value;  // As the tree prints it.
-  std::string error;  // As the tree throws it.
+  size_t parameter = 0;  // The index in SchemaProbe::keys.
+  std::string value;     // As the tree prints it.
+  std::string error;     // As the tree throws it.
+
+  bool namesParameter() const { return kind == Kind::Sets || kind == Kind::Fails; }
 };
 
 // Asks a schema's own tree what it accepts. A tree without values names all its parameters as

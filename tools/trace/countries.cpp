@@ -56,11 +56,9 @@ void addCountriesOf(const std::string& entry, std::set<std::string>& countries) 
     if (code.empty() || code[0] == '.') continue;
     // A code in capitals is lowered before it comes here, so only some names are ever looked for.
     const std::string path = CalibPath::setCountryCodeComponent(entry, position, code);
-    std::string reason;
-    const Readability readable = readabilityOf(path, reason);
-    if (CalibPath::lowercase(code) == code && readable <= Readability::Empty) {
-      countries.insert(code);
-    }
+    const FileKind kind = fileStatus(path).kind;
+    const bool is_file = kind == FileKind::Text || kind == FileKind::Empty;
+    if (CalibPath::lowercase(code) == code && is_file) countries.insert(code);
   }
 }
 
@@ -73,11 +71,11 @@ std::vector<std::string> countriesOfTree() {
     std::string_view rest = content;
     for (std::string entry; next_entry(rest, entry);) addCountriesOf(entry, countries);
   }
-  countries.erase("default");
-  countries.erase("unknown");
+  countries.erase(CalibPath::kDefaultCountry);
+  countries.erase(CalibPath::kUnknownCountry);
   return {countries.begin(), countries.end()};
 }
 
 std::string countryTitle(const std::string& country) {
-  return country.empty() ? "no country" : "country " + printable(country);
+  return country.empty() ? "no country code" : "country " + printable(country);
 }

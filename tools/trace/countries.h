@@ -4,10 +4,9 @@
 #include <string>
 #include <vector>
 
-// The country codes for which the tree has a calibration file of its own, in alphabetical order:
-// what stands in the placeholder's place in files that exist. Neither the default's word nor the
-// word for no country is one.
+// The country codes for which the tree has a calibration file, in alphabetical order: what stands
+// in the place of the placeholder in files that exist. "default" and "unknown" are none.
 std::vector<std::string> countriesOfTree();
 
-// "country de", "no country".
+// "country de", "no country code".
 std::string countryTitle(const std::string& country);

@@ -21,14 +21,14 @@
 
 namespace {
 
-using Kind = LineEffect::Kind;
-
-TracedEntry tracedEntry(size_t number, const std::string& text, const std::string& country) {
-  TracedEntry entry{number, text, text, false, false, text, Readability::Text, {}, {}};
+TracedEntry entryOf(size_t number, const std::string& text, const std::string& country) {
+  TracedEntry entry;
+  entry.number = number;
+  entry.text = text;
   const std::string::size_type position = CalibPath::findCountryCodeComponent(text);
-  if (position == std::string::npos) return entry;
-  entry.has_placeholder = true;
-  entry.path = CalibPath::setCountryCodeComponent(text, position, country);
+  entry.has_placeholder = position != std::string::npos;
+  entry.path =
+      entry.has_placeholder ? CalibPath::setCountryCodeComponent(text, position, country) : text;
   entry.last_path = entry.path;
   return entry;
 }
@@ -36,7 +36,8 @@ TracedEntry tracedEntry(size_t number, const std::string& text, const std::strin
 void noteFallback(TracedEntry& entry, const std::optional<calibration>& read) {
   if (!entry.has_placeholder || (read.has_value() && read->path == entry.path)) return;
   const std::string::size_type position = CalibPath::findCountryCodeComponent(entry.text);
-  entry.last_path = CalibPath::setCountryCodeComponent(entry.text, position, "default");
+  entry.last_path =
+      CalibPath::setCountryCodeComponent(entry.text, position, CalibPath::kDefaultCountry);
   entry.fell_back = read.has_value();
 }
 
@@ -44,7 +45,7 @@ void noteFallback(TracedEntry& entry, const std::optional<calibration>& read) {
 void traceEntry(TracedEntry& entry, CalibParser& parser, std::vector<calibration>& calibrations) {
   const std::optional<calibration> read = parser.parsePathFileEntry(entry.text);
   noteFallback(entry, read);
-  entry.readability = readabilityOf(entry.last_path, entry.reason);
+  entry.status = fileStatus(entry.last_path);
   if (!read.has_value()) return;
   entry.file = calibrations.size();
   calibrations.push_back(*read);
@@ -52,15 +53,13 @@ void traceEntry(TracedEntry& entry, CalibParser& parser, std::vector<calibration
 
 TracedPathFile tracePathFile(const std::string& path, const std::string& country,
                              std::vector<calibration>& calibrations) {
-  TracedPathFile traced{path, Readability::Text, {}};
-  std::string reason;
-  traced.readability = readabilityOf(path, reason);
+  TracedPathFile traced{path, fileStatus(path), {}};
   const std::string content = readTextFile(path).value_or("");
   CalibReader reader;
   CalibParser parser(reader, country);
   std::string_view rest = content;
   for (std::string text; next_entry(rest, text);) {
-    TracedEntry entry = tracedEntry(traced.entries.size() + 1, text, country);
+    TracedEntry entry = entryOf(traced.entries.size() + 1, text, country);
     traceEntry(entry, parser, calibrations);
     traced.entries.push_back(std::move(entry));
   }
@@ -78,88 +77,73 @@ std::vector<calibration> tracePathFiles(LoadTrace& trace) {
   return calibrations;
 }
 
-// Gives both antennas a name, so that the rest can be followed where the texts name none.
-void selectUnnamed() {
-  AntennaSelectionPattern pattern;
-  const SchemaProbe probe = selectionProbe();
-  std::string text;
-  for (const std::string& key : probe.keys()) text += key + "=?\n";
-  std::istringstream input(text);
-  pattern.parse(input);
-  pattern.toAntennaSelection(kMostSignificantByteFirst);
-}
-
+// The tree of the antennas' names with a record of its own: that of AntennaSelectionPattern keeps
+// the names of the load before. A name that no text gives is "?", so that the rest can be followed.
 void select(LoadTrace& trace, const std::vector<calibration>& calibrations) {
   const LogCapture log;
-  AntennaSelectionPattern pattern;
-  const bool parsed = parse_pattern(pattern, calibrations);
-  trace.selected = pattern.validate(trace.missing, {}) && parsed;
-  selectUnnamed();
-  // A name that no text gives stays the one from above.
-  trace.selection = pattern.toAntennaSelection(kMostSignificantByteFirst);
+  antenna_selection& names = trace.selection;
+  names = {"?", "?"};
+  AstRoot tree("", std::nullopt, 0,
+               {AntennaSelectionPattern::buildAntSelectionParams("ch5", &names.ch5),
+                AntennaSelectionPattern::buildAntSelectionParams("ch9", &names.ch9)},
+               0);
+  const bool parsed = parse_pattern(tree, calibrations);
+  trace.selected = tree.validate(trace.missing, {}) && parsed;
+  tree.toBuffer(kMostSignificantByteFirst);
 }
 
-void addParameters(LoadTrace& trace, const SchemaProbe& probe, Pass pass) {
-  std::vector<const Parameter*> facts(probe.keys().size());
-  if (pass == Pass::Calibration) facts = parametersFor(trace.selection);
-  for (size_t i = 0; i < probe.keys().size(); ++i) {
-    trace.parameters.push_back({probe.keys()[i], pass, {}, facts.at(i)});
-  }
-}
-
-// Follows the lines of one file through both passes.
-class FileTracer {
+// Follows lines through one of the two passes.
+class PassTracer {
  public:
-  FileTracer(LoadTrace& trace, const SchemaProbe& selection, const SchemaProbe& calibration)
-      : trace_(trace), selection_(selection), calibration_(calibration) {}
-
-  void follow(size_t file) {
-    failed_[0] = failed_[1] = false;
-    TracedFile& traced = trace_.files[file];
-    for (const std::string& text : linesOf(traced.content)) {
-      TracedLine line = traceLine(traced.lines.size() + 1, text);
-      if (line.names()) note(line, {file, traced.lines.size()});
-      traced.lines.push_back(std::move(line));
+  // Appends the pass's parameters to the trace. `facts` has one for each, or none.
+  PassTracer(LoadTrace& trace, Pass pass, SchemaProbe probe,
+             const std::vector<const Parameter*>& facts)
+      : trace_(trace), pass_(pass), probe_(std::move(probe)), first_(trace.parameters.size()) {
+    for (size_t i = 0; i < probe_.keys().size(); ++i) {
+      trace.parameters.push_back({probe_.keys()[i], pass, {}, facts.empty() ? nullptr : facts[i]});
     }
+  }
+
+  void beginFile() { failed_ = false; }
+
+  // Whether the line names a parameter of this pass.
+  bool follow(TracedLine& line, const LineRef& ref) {
+    line.effect = probe_.feed(line.text);
+    if (!line.effect.namesParameter()) return false;
+    line.pass = pass_;
+    line.parameter = first_ + line.effect.parameter;
+    line.lost = failed_;
+    const bool fails = line.effect.kind == LineEffect::Kind::Fails;
+    if (!failed_ && !fails) trace_.parameters[*line.parameter].settings.push_back(ref);
+    failed_ = failed_ || fails;
+    return true;
   }
 
  private:
-  TracedLine traceLine(size_t number, const std::string& text) const {
-    TracedLine line{number, text, Pass::Selection, selection_.feed(text), false};
-    if (line.names()) return line;
-    line.pass = Pass::Calibration;
-    line.effect = calibration_.feed(text);
-    // The parameters of the second tree stand behind those of the first.
-    line.effect.parameter += selection_.keys().size();
-    return line;
-  }
-
-  void note(TracedLine& line, const LineRef& ref) {
-    bool& failed = failed_[static_cast<size_t>(line.pass)];
-    line.lost = failed;
-    if (failed) return;
-    if (line.effect.kind == Kind::Fails) {
-      failed = true;
-    } else {
-      trace_.parameters[line.effect.parameter].settings.push_back(ref);
-    }
-  }
-
   LoadTrace& trace_;
-  const SchemaProbe& selection_;
-  const SchemaProbe& calibration_;
-  bool failed_[2] = {};
+  const Pass pass_;
+  const SchemaProbe probe_;
+  const size_t first_;
+  bool failed_ = false;
 };
 
 void followFiles(LoadTrace& trace, const std::vector<calibration>& calibrations) {
-  const SchemaProbe selection = selectionProbe();
-  const SchemaProbe calibration = calibrationProbe(trace.selection);
-  addParameters(trace, selection, Pass::Selection);
-  addParameters(trace, calibration, Pass::Calibration);
-  FileTracer tracer(trace, selection, calibration);
+  PassTracer selection(trace, Pass::Selection, selectionProbe(), {});
+  PassTracer calibration(trace, Pass::Calibration, calibrationProbe(trace.selection),
+                         parametersFor(trace.selection));
   for (const ::calibration& file : calibrations) {
-    trace.files.push_back({file.path, file.content, {}});
-    tracer.follow(trace.files.size() - 1);
+    selection.beginFile();
+    calibration.beginFile();
+    TracedFile traced{file.path, file.content, {}};
+    for (const std::string& text : linesOf(file.content)) {
+      TracedLine line;
+      line.number = traced.lines.size() + 1;
+      line.text = text;
+      const LineRef ref{trace.files.size(), traced.lines.size()};
+      if (!selection.follow(line, ref)) calibration.follow(line, ref);
+      traced.lines.push_back(std::move(line));
+    }
+    trace.files.push_back(std::move(traced));
   }
 }
 
@@ -171,7 +155,7 @@ void noteMissing(LoadTrace& trace, const std::vector<calibration>& calibrations)
   pattern.validate(trace.missing, {});
 }
 
-Bytes bytesOf(const ccc_params& params) {
+Bytes blockOf(const ccc_params& params) {
   Bytes block(sizeof(params));
   std::memcpy(block.data(), &params, sizeof(params));
   return block;
@@ -187,7 +171,7 @@ void finish(LoadTrace& trace, const std::vector<calibration>& calibrations) {
     return;
   }
   try {
-    trace.block = bytesOf(CalibConverter::convert(calib));
+    trace.block = blockOf(CalibConverter::convert(calib));
   } catch (const std::exception& e) {
     trace.problem = e.what();
   }
@@ -196,10 +180,10 @@ void finish(LoadTrace& trace, const std::vector<calibration>& calibrations) {
 }  // namespace
 
 const TracedParameter& LoadTrace::parameterOf(const TracedLine& line) const {
-  return parameters.at(line.effect.parameter);
+  return parameters.at(line.parameter.value());
 }
 
-std::string LoadTrace::placeOf(const LineRef& ref) const {
+std::string LoadTrace::placeText(const LineRef& ref) const {
   return files[ref.file].path + ":" + std::to_string(at(ref).number);
 }
 
@@ -218,16 +202,15 @@ LoadTrace traceLoad(const std::string& country) {
   return trace;
 }
 
-Readability readabilityOf(const std::string& path, std::string& reason) {
+FileStatus fileStatus(const std::string& path) {
   const std::optional<struct stat> status = statusOf(path);
-  if (status.has_value() && S_ISDIR(status->st_mode)) return Readability::Directory;
+  if (status.has_value() && S_ISDIR(status->st_mode)) return {FileKind::Directory, {}};
   if (status.has_value() && canBeOpened(path)) {
-    return S_ISREG(status->st_mode) && status->st_size == 0 ? Readability::Empty
-                                                            : Readability::Text;
+    const bool empty = S_ISREG(status->st_mode) && status->st_size == 0;
+    return {empty ? FileKind::Empty : FileKind::Text, {}};
   }
-  if (errno == ENOENT || errno == ENOTDIR) return Readability::Missing;
-  reason = std::strerror(errno);
-  return Readability::Unreadable;
+  if (errno == ENOENT || errno == ENOTDIR) return {FileKind::Missing, {}};
+  return {FileKind::Unreadable, std::strerror(errno)};
 }
 
 std::vector<std::string> linesOf(const std::string& text) {

@@ -9,21 +9,18 @@
 #include "tools/block/fields.h"
 #include "tools/probe/schema_probe.h"
 
-// A load with everything that the device keeps to itself: which line of which file did what.
+// A load with what no log of a device tells: which line of which file did what.
 
 // Which of the two passes over the texts a line concerns.
 enum class Pass { Selection, Calibration };
 
 struct TracedLine {
-  size_t number;  // Counted from 1.
+  size_t number = 0;  // Counted from 1.
   std::string text;
-  Pass pass;  // Of the parameter that the line names, if any.
+  Pass pass = Pass::Selection;      // Of the parameter that the line names, if any,
+  std::optional<size_t> parameter;  // and its index in LoadTrace::parameters.
   LineEffect effect;
-  bool lost;  // An error in a line before it ended the file's part in the pass.
-
-  bool names() const {
-    return effect.kind == LineEffect::Kind::Sets || effect.kind == LineEffect::Kind::Fails;
-  }
+  bool lost = false;  // The device stopped reading the file at an earlier line in this pass.
 };
 
 struct TracedFile {
@@ -32,24 +29,28 @@ struct TracedFile {
   std::vector<TracedLine> lines;
 };
 
-// Why a path gives no calibration file.
-enum class Readability { Text, Empty, Missing, Directory, Unreadable };
+// What a path leads to. The library reads a directory as an empty file.
+enum class FileKind { Text, Empty, Directory, Missing, Unreadable };
+
+struct FileStatus {
+  FileKind kind = FileKind::Missing;
+  std::string reason;  // The system's word for Unreadable.
+};
 
 struct TracedEntry {
-  size_t number;  // Counted from 1.
+  size_t number = 0;  // Counted from 1.
   std::string text;
-  std::string path;  // With the country in place of the placeholder.
-  bool has_placeholder;
-  bool fell_back;         // The default file was taken.
-  std::string last_path;  // The path that was tried last, and what became of it.
-  Readability readability;
-  std::string reason;  // The system's word for Unreadable.
-  std::optional<size_t> file;
+  bool has_placeholder = false;
+  std::string path;            // With the country in place of the placeholder.
+  std::string last_path;       // The path that was tried last,
+  FileStatus status;           // and what it leads to.
+  bool fell_back = false;      // The default file was read.
+  std::optional<size_t> file;  // The index in LoadTrace::files of what was read.
 };
 
 struct TracedPathFile {
   std::string path;
-  Readability readability;
+  FileStatus status;
   std::vector<TracedEntry> entries;
 };
 
@@ -68,9 +69,8 @@ struct TracedParameter {
 
 struct LoadTrace {
   std::string country;
-  std::vector<TracedPathFile>
-      path_files;  // Those that were tried; the last one decided if `decided`.
-  bool decided = false;
+  std::vector<TracedPathFile> path_files;  // Those that were tried, the deciding one last.
+  bool decided = false;                    // One of them named a file that could be read.
   std::vector<TracedFile> files;
   bool selected = false;  // Both antennas have names.
   antenna_selection selection;
@@ -81,17 +81,16 @@ struct LoadTrace {
 
   const TracedPathFile& deciding() const { return path_files.back(); }
   const TracedLine& at(const LineRef& ref) const { return files[ref.file].lines[ref.line]; }
-  // The parameter that the line names.
+  // The parameter that the line names, which must name one.
   const TracedParameter& parameterOf(const TracedLine& line) const;
   // "path:number"
-  std::string placeOf(const LineRef& ref) const;
+  std::string placeText(const LineRef& ref) const;
 };
 
 // Follows a load with this country code; the path files are those of the properties as set.
 LoadTrace traceLoad(const std::string& country);
 
-// What a file is, and the system's word for Unreadable in `reason`.
-Readability readabilityOf(const std::string& path, std::string& reason);
+FileStatus fileStatus(const std::string& path);
 
-// The lines of a text as the library takes them.
+// The lines of a text as the library reads them.
 std::vector<std::string> linesOf(const std::string& text);
