@@ -7,7 +7,7 @@
 
 #include "fuzz/support.h"
 #include "grammar/ast_param.h"
-#include "tests/kit/log_capture.h"
+#include "tests/kit/doubles.h"
 
 namespace {
 

@@ -14,8 +14,7 @@
 #include "fuzz/support.h"
 #include "include/tarnix_uwb_params_nfcc.h"
 #include "output/crc16.h"
-#include "tests/kit/log_capture.h"
-#include "tests/kit/property_map.h"
+#include "tests/kit/doubles.h"
 
 namespace {
 

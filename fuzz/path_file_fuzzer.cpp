@@ -5,7 +5,7 @@
 
 #include "fuzz/support.h"
 #include "loader/calib_parser.h"
-#include "tests/kit/log_capture.h"
+#include "tests/kit/doubles.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include <exception>
 #include <sstream>
 
-#include "tests/kit/log_capture.h"
+#include "tests/kit/doubles.h"
 
 namespace {
 

@@ -12,42 +12,10 @@
 #include <unistd.h>
 
 #include "include/tarnix_uwb_params_nfcc.h"
-
-#define GUARD 16
-#define UNTOUCHED 0xA5
+#include "tests/kit/calibration.h"
+#include "tests/kit/guards.h"
 
 typedef uint32_t (*load_function)(void* buffer, unsigned int capacity);
-
-static const char kCalibration[] =
-    "ch5.antenna_selection=ant0\n"
-    "ch9.antenna_selection=ant1\n"
-    "version=2\n"
-    "ant0.selector_gpio=7\n"
-    "ant0.selector_gpio_value=1\n"
-    "ant0.port=1\n"
-    "ant0.ch5.prf64.ant_delay=0x4010\n"
-    "ant0.ch5.prf64.tx_power=0x11223344\n"
-    "ant0.ch5.prf64.pg_count=0x0506\n"
-    "ant0.ch5.prf64.pg_delay=0x21\n"
-    "ant1.selector_gpio=6\n"
-    "ant1.selector_gpio_value=0\n"
-    "ant1.port=3\n"
-    "ant1.ch9.prf64.ant_delay=0x4020\n"
-    "ant1.ch9.prf64.tx_power=0xAABBCCDD\n"
-    "ant1.ch9.prf64.pg_count=0x0708\n"
-    "ant1.ch9.prf64.pg_delay=0x22\n"
-    "temperature_reference=20\n"
-    "xtal_trim=40\n"
-    "wifi_coex_time_gap=3\n"
-    "ap_coop_mode=1\n"
-    "alternate_pulse_shape=5\n"
-    "wifi_coex_min_spacing=7\n";
-
-/* The reserved bytes from offset 39 on are zero. */
-static const uint8_t kBlock[TARNIX_UWB_PARAMS_SIZE] = {
-    0x7E, 0xD3, 0x00, 0x02, 0x40, 0x20, 0x40, 0x10, 0xAA, 0xBB, 0xCC, 0xDD, 0x07,
-    0x08, 0x22, 0x11, 0x22, 0x33, 0x44, 0x05, 0x06, 0x21, 0x00, 0x00, 0x00, 0x00,
-    0x14, 0x28, 0x00, 0x00, 0x00, 0x03, 0x01, 0x0C, 0x05, 0x07, 0x01, 0x02, 0x04};
 
 static int failures = 0;
 
@@ -92,9 +60,8 @@ static load_function find_function(void* library) {
 static void check_call(load_function load, unsigned int capacity, uint32_t count) {
   uint8_t memory[GUARD + 100 + GUARD];
   uint8_t expected[sizeof(memory)];
-  memset(memory, UNTOUCHED, sizeof(memory));
-  memset(expected, UNTOUCHED, sizeof(expected));
-  memcpy(expected + GUARD, kBlock, count);
+  guard(memory, 100, kBlock, 0);
+  guard(expected, 100, kBlock, count);
   check(load(memory + GUARD, capacity) == count, "wrong result", capacity);
   check(memcmp(memory, expected, sizeof(memory)) == 0, "wrong bytes", capacity);
 }

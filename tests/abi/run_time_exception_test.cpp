@@ -2,19 +2,17 @@
 // The library catches what others throw: an exception keeps its type on its way from the program or
 // the language's run-time into the library.
 #include <dlfcn.h>
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdint>
 
-#include "tests/kit/failing_allocation.h"
+#include "tests/kit/allocations.h"
+#include "tests/kit/calibration.h"
+#include "tests/kit/doubles.h"
 #include "tests/kit/temporary_tree.h"
-#include "tests/loader/calibrations.h"
 
 namespace {
-
-using testing::Contains;
-using testing::Not;
 
 using LoadFunction = uint32_t (*)(void*, unsigned int);
 
@@ -28,8 +26,8 @@ LoadFunction openLibrary() {
 Log logWithoutMemory(LoadFunction load, size_t allocations) {
   uint8_t block[82];
   takeLog();
-  const FailingAllocation failure(allocations);
   try {
+    const FailingAllocation failure(allocations);
     load(block, sizeof(block));
   } catch (const OutOfMemory&) {
   }
@@ -39,11 +37,10 @@ Log logWithoutMemory(LoadFunction load, size_t allocations) {
 TEST(RunTimeException, CostsTheFileThatIsParsed) {
   const TemporaryTree tree;
   tree.write("calib_paths", "calib");
-  tree.write("calib", kTwoAntennas);
+  tree.write("calib", kCalibration);
   const LoadFunction load = openLibrary();
   ASSERT_NE(load, nullptr) << dlerror();
   const LogLine caught = error("Failed to parse calb file calib, reason no memory left");
-  EXPECT_THAT(logWithoutMemory(load, SIZE_MAX - 1), Not(Contains(caught)));
   size_t times = 0;
   for (size_t before = 0; before < 200; ++before) {
     const Log log = logWithoutMemory(load, before);

@@ -10,8 +10,8 @@
 #include <new>
 #include <string>
 
+#include "tests/kit/calibrations.h"
 #include "tests/kit/temporary_tree.h"
-#include "tests/loader/calibrations.h"
 
 namespace {
 
@@ -43,23 +43,10 @@ void release(void* memory) {
   std::free(memory);
 }
 
-void replaceAll(std::string& text, const std::string& from, const std::string& to) {
-  for (size_t at = text.find(from); at != text.npos; at = text.find(from, at + to.size())) {
-    text.replace(at, from.size(), to);
-  }
-}
-
-std::string calibrationWithLongNames() {
-  std::string text = kTwoAntennas;
-  replaceAll(text, "ant0", kName5);
-  replaceAll(text, "ant1", kName9);
-  return text;
-}
-
 TEST(UnloadOrder, AntennaNamesOutliveThePathList) {
   const TemporaryTree tree;
   tree.write("calib_paths", "calib");
-  tree.write("calib", calibrationWithLongNames());
+  tree.write("calib", calibrationWith(kName5, kName9));
   void* const library = dlopen("libtarnix_uwb_params_nfcc.so", RTLD_NOW);
   ASSERT_NE(library, nullptr) << dlerror();
   const auto load = reinterpret_cast<uint32_t (*)(void*, unsigned int)>(

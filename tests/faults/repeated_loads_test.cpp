@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <gtest/gtest.h>
 
-#include "include/tarnix_uwb_params_nfcc.h"
-#include "tests/faults/counted_new.h"
 #include "tests/faults/device.h"
-#include "tests/faults/doubles.h"
 #include "tests/faults/effort.h"
 #include "tests/faults/process_state.h"
+#include "tests/kit/allocations.h"
+#include "tests/kit/doubles.h"
 
 namespace {
 
@@ -32,14 +31,14 @@ void expectLevel(size_t loads, uint32_t result) {
 
 TEST(RepeatedLoads, LeaveMemoryAndDescriptorsLevel) {
   const Device device;
-  expectLevel(effort(100000), 82);
+  expectLevel(effort(10000), 82);
 }
 
 TEST(RepeatedLoads, OfInvalidTextsLeaveMemoryAndDescriptorsLevel) {
   const Device device;
   device.write(kCountryFile, "version=x\n");
   device.write(kCommonFile, "ch5.antenna_selection=a\n");
-  expectLevel(effort(100000), 0);
+  expectLevel(effort(10000), 0);
 }
 
 }  // namespace

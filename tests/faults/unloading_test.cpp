@@ -3,11 +3,11 @@
 #include <gtest/gtest.h>
 
 #include "include/tarnix_uwb_params_nfcc.h"
-#include "tests/faults/counted_new.h"
 #include "tests/faults/device.h"
-#include "tests/faults/doubles.h"
 #include "tests/faults/effort.h"
 #include "tests/faults/process_state.h"
+#include "tests/kit/allocations.h"
+#include "tests/kit/doubles.h"
 
 namespace {
 
@@ -43,6 +43,7 @@ TEST(Unloading, LeavesNothingBehind) {
   EXPECT_EQ(openDescriptors(), descriptors);
   // The C library's own heap may take a region or two; many stays must not add up.
   EXPECT_LE(mappedRegions(), regions + 10);
+  keepLog(true);
 }
 
 }  // namespace

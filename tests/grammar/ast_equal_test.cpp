@@ -9,7 +9,7 @@
 #include "tests/grammar/nodes.h"
 #include "tests/kit/any_stream.h"
 #include "tests/kit/byte_order.h"
-#include "tests/kit/log_capture.h"
+#include "tests/kit/doubles.h"
 
 namespace {
 

@@ -9,7 +9,7 @@
 #include "grammar/ast_equal.h"
 #include "grammar/ast_value.h"
 #include "tests/grammar/nodes.h"
-#include "tests/kit/log_capture.h"
+#include "tests/kit/doubles.h"
 #include "tests/kit/virtual_slot.h"
 
 namespace {

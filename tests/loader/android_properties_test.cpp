@@ -1,18 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "loader/android_properties.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <type_traits>
 
-#include "tests/kit/log_capture.h"
-#include "tests/kit/property_map.h"
+#include "tests/kit/doubles.h"
 
 namespace {
-
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 constexpr char kPathFile[] = "ro.vendor.uwb.calibration.calibrationpaths";
 constexpr char kCountryCode[] = "vendor.uwb.calibration.country_code";
@@ -25,22 +20,18 @@ class AndroidPropertiesTest : public testing::Test {
     takeLog();
   }
   void TearDown() override {
-    EXPECT_THAT(takeLog(), IsEmpty());
+    EXPECT_LOG();
     clearProperties();
   }
 };
 
-TEST_F(AndroidPropertiesTest, UnsetPropertyHasNoValue) {
-  EXPECT_EQ(AndroidProperties::getSystemProp("a.key"), std::nullopt);
-  EXPECT_EQ(AndroidProperties::getCalibPathProp(), std::nullopt);
-  EXPECT_EQ(AndroidProperties::getCountryCodeProp(), std::nullopt);
-}
-
-TEST_F(AndroidPropertiesTest, EmptyPropertyHasNoValue) {
-  setProperty(kPathFile, "");
-  setProperty(kCountryCode, "");
-  EXPECT_EQ(AndroidProperties::getCalibPathProp(), std::nullopt);
-  EXPECT_EQ(AndroidProperties::getCountryCodeProp(), std::nullopt);
+TEST_F(AndroidPropertiesTest, UnsetOrEmptyPropertyHasNoValue) {
+  for (int set = 0; set < 2; ++set) {
+    EXPECT_EQ(AndroidProperties::getSystemProp("a.key"), std::nullopt);
+    EXPECT_EQ(AndroidProperties::getCalibPathProp(), std::nullopt);
+    EXPECT_EQ(AndroidProperties::getCountryCodeProp(), std::nullopt);
+    for (const char* key : {"a.key", kPathFile, kCountryCode}) setProperty(key, "");
+  }
 }
 
 TEST_F(AndroidPropertiesTest, ValueIsReturnedAsStored) {
@@ -50,22 +41,14 @@ TEST_F(AndroidPropertiesTest, ValueIsReturnedAsStored) {
   }
 }
 
-TEST_F(AndroidPropertiesTest, EachIsReadUnderItsKey) {
-  setProperty(kPathFile, "/a/path");
-  setProperty(kCountryCode, "US");
-  EXPECT_EQ(AndroidProperties::getCalibPathProp(), "/a/path");
-  EXPECT_EQ(AndroidProperties::getCountryCodeProp(), "US");
-  AndroidProperties::getSystemProp("a.key");
-  EXPECT_THAT(takePropertyReads(), ElementsAre(kPathFile, kCountryCode, "a.key"));
-}
-
-TEST_F(AndroidPropertiesTest, EveryCallReadsAfresh) {
-  setProperty(kCountryCode, "US");
-  EXPECT_EQ(AndroidProperties::getCountryCodeProp(), "US");
-  setProperty(kCountryCode, "FR");
-  EXPECT_EQ(AndroidProperties::getCountryCodeProp(), "FR");
-  setProperty(kCountryCode, "");
-  EXPECT_EQ(AndroidProperties::getCountryCodeProp(), std::nullopt);
+TEST_F(AndroidPropertiesTest, EachIsReadAfreshUnderItsKey) {
+  for (const char* code : {"US", "FR"}) {
+    setProperty(kPathFile, "/a/path");
+    setProperty(kCountryCode, code);
+    EXPECT_EQ(AndroidProperties::getCalibPathProp(), "/a/path");
+    EXPECT_EQ(AndroidProperties::getCountryCodeProp(), code);
+    EXPECT_EQ(takePropertyReads(), (std::vector<std::string>{kPathFile, kCountryCode}));
+  }
 }
 
 TEST(AndroidProperties, CarriesNoData) {

@@ -1,20 +1,19 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "loader/calib_parser.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <map>
 #include <vector>
 
-#include "tests/kit/log_capture.h"
+#include "tests/kit/doubles.h"
 
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
+using Names = std::vector<std::string>;
 
-constexpr char kEntry[] = "/vendor/etc/uwb/<country>/calib.conf";
+const LogLine kAsIs = info("No country placeholder, opening as-is");
+const LogLine kReplacing = info("Calib path contains a country code placeholder, replacing it");
 
 // Files in memory.
 class MapReader : public ICalibReader {
@@ -27,144 +26,97 @@ class MapReader : public ICalibReader {
   }
 
   std::map<std::string, std::string> files;
-  std::vector<std::string> paths;
+  Names paths;
 };
+
+// What an entry yields: "path: text", or "nothing".
+std::string shown(const std::optional<calibration>& read) {
+  return read.has_value() ? read->path + ": " + read->content : "nothing";
+}
 
 class CalibParserTest : public testing::Test {
  protected:
   void SetUp() override { takeLog(); }
 
-  // What `entry` yields: "path: text", or nothing.
-  std::optional<std::string> yield(const std::string& entry) {
+  std::string yield(const std::string& entry) {
+    reader.paths.clear();
     return shown(CalibParser(reader, country_code).parsePathFileEntry(entry));
-  }
-
-  static std::optional<std::string> shown(const std::optional<calibration>& read) {
-    if (!read.has_value()) return std::nullopt;
-    return read->path + ": " + read->content;
   }
 
   MapReader reader;
   std::string country_code;
 };
 
-TEST_F(CalibParserTest, EntryWithoutAPlaceholderIsOpenedAsItIs) {
-  reader.files["/a/calib.conf"] = "text";
-  EXPECT_EQ(yield("/a/calib.conf"), "/a/calib.conf: text");
-  EXPECT_THAT(takeLog(), ElementsAre(info("No country placeholder, opening as-is")));
-  EXPECT_THAT(reader.paths, ElementsAre("/a/calib.conf"));
-}
-
-TEST_F(CalibParserTest, UnreadableEntryWithoutAPlaceholderYieldsNothing) {
-  EXPECT_EQ(yield("/a/calib.conf"), std::nullopt);
-  EXPECT_THAT(takeLog(), ElementsAre(info("No country placeholder, opening as-is")));
-  EXPECT_THAT(reader.paths, ElementsAre("/a/calib.conf"));
-}
-
-TEST_F(CalibParserTest, WholeLineIsThePath) {
-  for (const char* entry : {"", " ", " a ", "a\r", "# a", "// a", "a b", "<COUNTRY>", "<country"}) {
+TEST_F(CalibParserTest, WholeEntryWithoutAPlaceholderIsThePath) {
+  for (const char* entry :
+       {"/a/calib.conf", "", " ", " a ", "a\r", "# a", "// a", "a b", "<COUNTRY>", "<country"}) {
+    reader.files = {};
+    EXPECT_EQ(yield(entry), "nothing");
+    EXPECT_EQ(reader.paths, Names{entry});
     reader.files = {{entry, "text"}};
     EXPECT_EQ(yield(entry), std::string(entry) + ": text");
-    EXPECT_THAT(takeLog(), ElementsAre(info("No country placeholder, opening as-is")));
+    EXPECT_LOG(kAsIs, kAsIs);
   }
 }
 
-TEST_F(CalibParserTest, CountryCodeTakesThePlaceOfThePlaceholder) {
-  country_code = "FR";
-  reader.files["/vendor/etc/uwb/fr/calib.conf"] = "french";
-  reader.files["/vendor/etc/uwb/default/calib.conf"] = "default";
-  EXPECT_EQ(yield(kEntry), "/vendor/etc/uwb/fr/calib.conf: french");
-  EXPECT_THAT(takeLog(),
-              ElementsAre(info("Calib path contains a country code placeholder, replacing it"),
-                          info("Parsing calib file: /vendor/etc/uwb/fr/calib.conf")));
-  EXPECT_THAT(reader.paths, ElementsAre("/vendor/etc/uwb/fr/calib.conf"));
+TEST_F(CalibParserTest, CountrysFileIsReadThenTheDefaultOne) {
+  const struct {
+    std::string country;
+    std::string entry;
+    std::string file;  // The one that exists, beside "default".
+    std::string yield;
+    Names paths;
+  } rows[] = {
+      {"FR", "/uwb/<country>/c", "/uwb/fr/c", "/uwb/fr/c: text", {"/uwb/fr/c"}},
+      {"FR",
+       "/uwb/<country>/c",
+       "/uwb/default/c",
+       "/uwb/default/c: text",
+       {"/uwb/fr/c", "/uwb/default/c"}},
+      {"FR", "/uwb/<country>/c", "", "nothing", {"/uwb/fr/c", "/uwb/default/c"}},
+      {"", "/uwb/<country>/c", "", "nothing", {"/uwb/unknown/c", "/uwb/default/c"}},
+      {"", "/uwb/<country>/c", "/uwb/unknown/c", "/uwb/unknown/c: text", {"/uwb/unknown/c"}},
+      {"us", "<country>", "us", "us: text", {"us"}},
+      {"default", "/<country>", "", "nothing", {"/default", "/default"}},
+      // Only the first placeholder is replaced, wherever it stands.
+      {"us", "<country>/<country>", "", "nothing", {"us/<country>", "default/<country>"}},
+      {"us", "calib_<country>.conf", "calib_us.conf", "calib_us.conf: text", {"calib_us.conf"}},
+      // Bytes beyond ASCII are kept.
+      {"\xc3\x89T", "<country>", "\xc3\x89t", "\xc3\x89t: text", {"\xc3\x89t"}},
+  };
+  for (const auto& row : rows) {
+    country_code = row.country;
+    reader.files = {{"default", "a file that is not asked for"}, {row.file, "text"}};
+    EXPECT_EQ(yield(row.entry), row.yield);
+    EXPECT_EQ(reader.paths, row.paths) << row.entry << " for " << row.country;
+  }
 }
 
-TEST_F(CalibParserTest, CountryFallsBackToDefault) {
-  country_code = "FR";
-  reader.files["/vendor/etc/uwb/default/calib.conf"] = "default";
-  EXPECT_EQ(yield(kEntry), "/vendor/etc/uwb/default/calib.conf: default");
-  EXPECT_THAT(takeLog(),
-              ElementsAre(info("Calib path contains a country code placeholder, replacing it"),
-                          info("Parsing calib file: /vendor/etc/uwb/fr/calib.conf"),
-                          error("Failed to reader calib file: /vendor/etc/uwb/fr/calib.conf, "
-                                "falling back to default")));
-  EXPECT_THAT(reader.paths,
-              ElementsAre("/vendor/etc/uwb/fr/calib.conf", "/vendor/etc/uwb/default/calib.conf"));
-}
-
-TEST_F(CalibParserTest, WithoutACountryUnknownIsTriedThenDefault) {
-  EXPECT_EQ(yield(kEntry), std::nullopt);
-  EXPECT_THAT(takeLog(),
-              ElementsAre(info("Calib path contains a country code placeholder, replacing it"),
-                          info("Parsing calib file: /vendor/etc/uwb/unknown/calib.conf"),
-                          error("Failed to reader calib file: /vendor/etc/uwb/unknown/calib.conf, "
-                                "falling back to default")));
-  EXPECT_THAT(reader.paths, ElementsAre("/vendor/etc/uwb/unknown/calib.conf",
-                                        "/vendor/etc/uwb/default/calib.conf"));
-}
-
-TEST_F(CalibParserTest, UnknownFileServesWithoutACountry) {
-  reader.files["/vendor/etc/uwb/unknown/calib.conf"] = "unknown";
-  EXPECT_EQ(yield(kEntry), "/vendor/etc/uwb/unknown/calib.conf: unknown");
-  EXPECT_THAT(reader.paths, ElementsAre("/vendor/etc/uwb/unknown/calib.conf"));
-}
-
-TEST_F(CalibParserTest, CountryNamedDefaultIsTriedTwice) {
-  country_code = "default";
-  EXPECT_EQ(yield("<country>"), std::nullopt);
-  EXPECT_THAT(reader.paths, ElementsAre("default", "default"));
-}
-
-TEST_F(CalibParserTest, OnlyTheFirstPlaceholderIsReplaced) {
-  country_code = "us";
-  EXPECT_EQ(yield("<country>/<country>"), std::nullopt);
-  EXPECT_THAT(reader.paths, ElementsAre("us/<country>", "default/<country>"));
-}
-
-TEST_F(CalibParserTest, PlaceholderMayStandInsideAName) {
-  country_code = "us";
-  reader.files["calib_us.conf"] = "text";
-  EXPECT_EQ(yield("calib_<country>.conf"), "calib_us.conf: text");
-}
-
-TEST_F(CalibParserTest, BytesBeyondAsciiAreKept) {
-  country_code = "\xc3\x89T";
-  reader.files["\xc3\x89t"] = "text";
-  EXPECT_EQ(yield("<country>"), "\xc3\x89t: text");
+TEST_F(CalibParserTest, EveryFileThatIsTriedIsLogged) {
+  country_code = "%s%N";
+  EXPECT_EQ(yield("%d<country>"), "nothing");
+  EXPECT_LOG(kReplacing, info("Parsing calib file: %d%s%n"),
+             error("Failed to reader calib file: %d%s%n, falling back to default"));
+  reader.files["%d%s%n"] = "text";
+  yield("%d<country>");
+  EXPECT_LOG(kReplacing, info("Parsing calib file: %d%s%n"));
 }
 
 TEST_F(CalibParserTest, EmptyFileIsACalibrationWithEmptyText) {
-  reader.files["a"] = "";
-  EXPECT_EQ(yield("a"), "a: ");
-}
-
-TEST_F(CalibParserTest, EmptyFileOfTheCountryCountsAsFound) {
   country_code = "us";
-  reader.files["us"] = "";
-  reader.files["default"] = "default";
+  reader.files = {{"a", ""}, {"us", ""}, {"default", "text"}};
+  EXPECT_EQ(yield("a"), "a: ");
   EXPECT_EQ(yield("<country>"), "us: ");
-  EXPECT_THAT(reader.paths, ElementsAre("us"));
-}
-
-TEST_F(CalibParserTest, PercentSignsAreLoggedAsTheyStand) {
-  country_code = "%s%n";
-  EXPECT_EQ(yield("%d<country>"), std::nullopt);
-  EXPECT_THAT(takeLog(),
-              ElementsAre(info("Calib path contains a country code placeholder, replacing it"),
-                          info("Parsing calib file: %d%s%n"),
-                          error("Failed to reader calib file: %d%s%n, falling back to default")));
 }
 
 TEST_F(CalibParserTest, EntriesDoNotInfluenceEachOther) {
   country_code = "us";
   reader.files = {{"us", "one"}, {"plain", "two"}};
   CalibParser parser(reader, country_code);
-  EXPECT_EQ(shown(parser.parsePathFileEntry("missing")), std::nullopt);
-  EXPECT_EQ(shown(parser.parsePathFileEntry("<country>")), "us: one");
+  for (const char* entry : {"missing", "<country>", "plain", "plain"})
+    parser.parsePathFileEntry(entry);
+  EXPECT_EQ(reader.paths, (Names{"missing", "us", "plain", "plain"}));
   EXPECT_EQ(shown(parser.parsePathFileEntry("plain")), "plain: two");
-  EXPECT_EQ(shown(parser.parsePathFileEntry("plain")), "plain: two");
-  EXPECT_THAT(reader.paths, ElementsAre("missing", "us", "plain", "plain"));
 }
 
 TEST_F(CalibParserTest, StepsCanBeTakenAlone) {
@@ -172,10 +124,10 @@ TEST_F(CalibParserTest, StepsCanBeTakenAlone) {
   reader.files = {{"<country>", "plain"}, {"<country>/us", "second"}};
   CalibParser parser(reader, country_code);
   EXPECT_EQ(shown(parser.parsePlainCalibFile("<country>")), "<country>: plain");
-  EXPECT_EQ(shown(parser.parsePlainCalibFile("missing")), std::nullopt);
-  EXPECT_THAT(takeLog(), IsEmpty());
+  EXPECT_EQ(shown(parser.parsePlainCalibFile("missing")), "nothing");
+  EXPECT_LOG();
   EXPECT_EQ(shown(parser.parseCountryCodeCalib("<country>/<country>", 10)), "<country>/us: second");
-  EXPECT_THAT(takeLog(), ElementsAre(info("Parsing calib file: <country>/us")));
+  EXPECT_LOG(info("Parsing calib file: <country>/us"));
 }
 
 }  // namespace

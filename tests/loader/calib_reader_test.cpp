@@ -7,8 +7,8 @@
 #include <memory>
 #include <type_traits>
 
-#include "tests/kit/failing_allocation.h"
-#include "tests/kit/log_capture.h"
+#include "tests/kit/allocations.h"
+#include "tests/kit/doubles.h"
 #include "tests/kit/temporary_tree.h"
 #include "tests/kit/virtual_slot.h"
 

@@ -15,7 +15,7 @@
 #include <thread>
 #include <vector>
 
-#include "tests/kit/failing_allocation.h"
+#include "tests/kit/allocations.h"
 #include "tests/kit/temporary_tree.h"
 
 namespace {

@@ -20,8 +20,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/kit/log_capture.h"
-#include "tests/kit/property_map.h"
+#include "tests/kit/doubles.h"
 #include "tools/device/open_redirect.h"
 #include "tools/device/target_root.h"
 

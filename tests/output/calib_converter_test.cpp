@@ -13,7 +13,7 @@
 
 #include "tests/kit/byte_order.h"
 #include "tests/kit/checksums.h"
-#include "tests/kit/log_capture.h"
+#include "tests/kit/doubles.h"
 
 namespace {
 

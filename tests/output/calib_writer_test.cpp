@@ -9,7 +9,7 @@
 #include <numeric>
 #include <vector>
 
-#include "tests/kit/log_capture.h"
+#include "tests/kit/doubles.h"
 
 namespace {
 

@@ -14,6 +14,9 @@ import unittest
 
 import blueprint
 
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "kit"))
+import calibration  # noqa: E402  (found through the line above)
+
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 DEVICE = ROOT / "examples/device"
 PATHS = ("srcs", "src", "data", "export_include_dirs", "version_script", "license_text", "dictionary")
@@ -105,6 +108,10 @@ class TestMapping(unittest.TestCase):
 
 
 class DeviceExamples(unittest.TestCase):
+    def test_callers_calibration_is_that_of_the_tests(self):
+        text = (ROOT / "tests/platform/data/calib.conf").read_text()
+        self.assertEqual(text, calibration.TEXT)
+
     def test_makefile_names_modules_and_files_that_exist(self):
         text = (DEVICE / "device.mk").read_text()
         for module in re.findall(r"^PRODUCT_PACKAGES \+= (\S+)", text, re.M):

@@ -9,7 +9,7 @@
 #include <stdexcept>
 #include <type_traits>
 
-#include "tests/kit/log_capture.h"
+#include "tests/kit/doubles.h"
 #include "tests/schema/tree_questions.h"
 
 namespace {

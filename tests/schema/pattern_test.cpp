@@ -7,7 +7,7 @@
 #include <type_traits>
 
 #include "tests/kit/checksums.h"
-#include "tests/kit/log_capture.h"
+#include "tests/kit/doubles.h"
 #include "tests/schema/tree_questions.h"
 
 namespace {
