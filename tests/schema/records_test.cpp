@@ -3,48 +3,46 @@
 
 #include <cstddef>
 #include <type_traits>
+#include <vector>
 
 #include "schema/antenna_selection.h"
 #include "schema/ccc_calib.h"
 
 namespace {
 
+using Offsets = std::vector<size_t>;
+
 TEST(AntennaCalib, FieldsFollowEachOtherAtTheirAlignment) {
-  EXPECT_EQ(offsetof(antenna_calib, selector_gpio), 0U);
-  EXPECT_EQ(offsetof(antenna_calib, selector_gpio_value), 1U);
-  EXPECT_EQ(offsetof(antenna_calib, port), 2U);
-  EXPECT_EQ(offsetof(antenna_calib, ant_delay), 4U);
-  EXPECT_EQ(offsetof(antenna_calib, tx_power), 8U);
-  EXPECT_EQ(offsetof(antenna_calib, pg_count), 12U);
-  EXPECT_EQ(offsetof(antenna_calib, pg_delay), 14U);
-  EXPECT_EQ(sizeof(antenna_calib), 16U);
-  EXPECT_EQ(alignof(antenna_calib), 4U);
+  using A = antenna_calib;
+  EXPECT_EQ((Offsets{offsetof(A, selector_gpio), offsetof(A, selector_gpio_value),
+                     offsetof(A, port), offsetof(A, ant_delay), offsetof(A, tx_power),
+                     offsetof(A, pg_count), offsetof(A, pg_delay), sizeof(A)}),
+            (Offsets{0, 1, 2, 4, 8, 12, 14, 16}));
+  EXPECT_EQ(alignof(A), 4U);
 }
 
 TEST(AntennaCalib, FieldsAreUnsignedAndAsWideAsTheirKeysAllow) {
-  EXPECT_TRUE((std::is_same_v<decltype(antenna_calib::selector_gpio), uint8_t>));
-  EXPECT_TRUE((std::is_same_v<decltype(antenna_calib::selector_gpio_value), uint8_t>));
-  EXPECT_TRUE((std::is_same_v<decltype(antenna_calib::port), uint8_t>));
-  EXPECT_TRUE((std::is_same_v<decltype(antenna_calib::ant_delay), uint16_t>));
-  EXPECT_TRUE((std::is_same_v<decltype(antenna_calib::tx_power), uint32_t>));
-  EXPECT_TRUE((std::is_same_v<decltype(antenna_calib::pg_count), uint16_t>));
-  EXPECT_TRUE((std::is_same_v<decltype(antenna_calib::pg_delay), uint8_t>));
+  using A = antenna_calib;
+  EXPECT_TRUE((std::is_same_v<decltype(A::selector_gpio), uint8_t>));
+  EXPECT_TRUE((std::is_same_v<decltype(A::selector_gpio_value), uint8_t>));
+  EXPECT_TRUE((std::is_same_v<decltype(A::port), uint8_t>));
+  EXPECT_TRUE((std::is_same_v<decltype(A::ant_delay), uint16_t>));
+  EXPECT_TRUE((std::is_same_v<decltype(A::tx_power), uint32_t>));
+  EXPECT_TRUE((std::is_same_v<decltype(A::pg_count), uint16_t>));
+  EXPECT_TRUE((std::is_same_v<decltype(A::pg_delay), uint8_t>));
 }
 
 TEST(CccCalib, Channel5ComesBeforeChannel9) {
-  EXPECT_EQ(offsetof(ccc_calib, version), 0U);
-  EXPECT_EQ(offsetof(ccc_calib, ch5), 4U);
-  EXPECT_EQ(offsetof(ccc_calib, ch9), 20U);
-  EXPECT_EQ(offsetof(ccc_calib, temperature_reference), 36U);
-  EXPECT_EQ(offsetof(ccc_calib, xtal_trim), 37U);
-  EXPECT_EQ(offsetof(ccc_calib, wifi_coex_time_gap), 38U);
-  EXPECT_EQ(offsetof(ccc_calib, ap_coop_mode), 39U);
-  EXPECT_EQ(offsetof(ccc_calib, alternate_pulse_shape), 40U);
-  EXPECT_EQ(offsetof(ccc_calib, wifi_coex_min_spacing), 41U);
-  EXPECT_EQ(sizeof(ccc_calib), 44U);
-  EXPECT_TRUE((std::is_same_v<decltype(ccc_calib::version), uint16_t>));
-  EXPECT_TRUE(std::is_aggregate_v<ccc_calib>);
-  EXPECT_TRUE(std::is_trivially_copyable_v<ccc_calib>);
+  using C = ccc_calib;
+  EXPECT_EQ(
+      (Offsets{offsetof(C, version), offsetof(C, ch5), offsetof(C, ch9),
+               offsetof(C, temperature_reference), offsetof(C, xtal_trim),
+               offsetof(C, wifi_coex_time_gap), offsetof(C, ap_coop_mode),
+               offsetof(C, alternate_pulse_shape), offsetof(C, wifi_coex_min_spacing), sizeof(C)}),
+      (Offsets{0, 4, 20, 36, 37, 38, 39, 40, 41, 44}));
+  EXPECT_TRUE((std::is_same_v<decltype(C::version), uint16_t>));
+  EXPECT_TRUE(std::is_aggregate_v<C>);
+  EXPECT_TRUE(std::is_trivially_copyable_v<C>);
 }
 
 TEST(AntennaSelection, IsAnAggregateWithChannel5First) {
@@ -55,9 +53,8 @@ TEST(AntennaSelection, IsAnAggregateWithChannel5First) {
 }
 
 TEST(AntennaSelection, NamesMayBeEmpty) {
-  const antenna_selection selection;
-  EXPECT_EQ(selection.ch5, "");
-  EXPECT_EQ(selection.ch9, "");
+  EXPECT_EQ(antenna_selection().ch5, "");
+  EXPECT_EQ(antenna_selection().ch9, "");
 }
 
 }  // namespace
