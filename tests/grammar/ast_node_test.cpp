@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "grammar/ast_node.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <type_traits>
@@ -13,9 +12,6 @@
 #include "tests/kit/virtual_slot.h"
 
 namespace {
-
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 // A node that overrides only what it must.
 class BareNode : public AstNode {
@@ -35,28 +31,18 @@ class MortalNode : public BareNode {
   bool& dead_;
 };
 
-TEST(AstNode, NamesItsClass) {
-  EXPECT_EQ(BareNode("name", 0).getClass(), "AstNode");
-}
-
-TEST(AstNode, PrintsItsNameBehindItsDepth) {
+TEST(AstNode, OfItselfPrintsItsNameAndNothingElse) {
+  BareNode node("name", 4);
+  EXPECT_EQ(node.getClass(), "AstNode");
+  EXPECT_EQ(printed(node), "    name");
   EXPECT_EQ(printed(BareNode("name", 0)), "name");
-  EXPECT_EQ(printed(BareNode("name", 1)), " name");
-  EXPECT_EQ(printed(BareNode("name", 4)), "    name");
   EXPECT_EQ(printed(BareNode("", 2)), "  ");
-}
-
-TEST(AstNode, IsNeverMissing) {
-  BareNode node("name", 0);
   Names missing = {"earlier"};
   EXPECT_TRUE(node.validate(missing, {"group"}));
-  EXPECT_THAT(missing, ElementsAre("earlier"));
-}
-
-TEST(AstNode, HasNothingForTheBuffer) {
-  BareNode node("name", 0);
+  EXPECT_EQ(missing, Names{"earlier"});
+  takeLog();
   node.toBuffer(kSwapBytes);
-  EXPECT_THAT(takeLog(), IsEmpty());
+  EXPECT_LOG();
 }
 
 TEST(AstNode, IsAbstractAndNotCopyable) {
@@ -65,14 +51,7 @@ TEST(AstNode, IsAbstractAndNotCopyable) {
   EXPECT_FALSE(std::is_copy_assignable_v<BareNode>);
 }
 
-TEST(AstNode, IsDestroyedThroughItsBase) {
-  bool dead = false;
-  std::unique_ptr<AstNode> node = std::make_unique<MortalNode>(dead);
-  node.reset();
-  EXPECT_TRUE(dead);
-}
-
-TEST(AstNode, OwnsItsChildrenTogetherWithOthers) {
+TEST(AstNode, IsDestroyedWithTheLastThatOwnsIt) {
   bool dead = false;
   std::shared_ptr<AstNode> child = std::make_shared<MortalNode>(dead);
   auto parent = group("group", {child});
@@ -80,21 +59,24 @@ TEST(AstNode, OwnsItsChildrenTogetherWithOthers) {
   EXPECT_FALSE(dead);
   parent.reset();
   EXPECT_TRUE(dead);
+  dead = false;
+  std::unique_ptr<AstNode> alone = std::make_unique<MortalNode>(dead);
+  alone.reset();
+  EXPECT_TRUE(dead);
+}
+
+template <typename T>
+void expectClassNamesOf() {
+  EXPECT_EQ(AstParam<T>("", 0, std::nullopt, nullptr).getClass(), "AstParam");
+  EXPECT_EQ(AstEqual<T>(0).getClass(), "AstEqual");
+  EXPECT_EQ(AstValue<T>("", 0).getClass(), "AstValue");
 }
 
 TEST(AstNode, ClassesHaveNoTemplateArgumentsInTheirNames) {
-  EXPECT_EQ(AstParam<uint8_t>("", 0, std::nullopt, nullptr).getClass(), "AstParam");
-  EXPECT_EQ(AstParam<uint16_t>("", 0, std::nullopt, nullptr).getClass(), "AstParam");
-  EXPECT_EQ(AstParam<uint32_t>("", 0, std::nullopt, nullptr).getClass(), "AstParam");
-  EXPECT_EQ(AstParam<std::string>("", 0, std::nullopt, nullptr).getClass(), "AstParam");
-  EXPECT_EQ(AstEqual<uint8_t>(0).getClass(), "AstEqual");
-  EXPECT_EQ(AstEqual<uint16_t>(0).getClass(), "AstEqual");
-  EXPECT_EQ(AstEqual<uint32_t>(0).getClass(), "AstEqual");
-  EXPECT_EQ(AstEqual<std::string>(0).getClass(), "AstEqual");
-  EXPECT_EQ(AstValue<uint8_t>("", 0).getClass(), "AstValue");
-  EXPECT_EQ(AstValue<uint16_t>("", 0).getClass(), "AstValue");
-  EXPECT_EQ(AstValue<uint32_t>("", 0).getClass(), "AstValue");
-  EXPECT_EQ(AstValue<std::string>("", 0).getClass(), "AstValue");
+  expectClassNamesOf<uint8_t>();
+  expectClassNamesOf<uint16_t>();
+  expectClassNamesOf<uint32_t>();
+  expectClassNamesOf<std::string>();
   EXPECT_EQ(AstPrefix("", std::nullopt, 0, {}, 0).getClass(), "AstPrefix");
   EXPECT_EQ(AstRoot("", std::nullopt, 0, {}, 0).getClass(), "AstRoot");
 }

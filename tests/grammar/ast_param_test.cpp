@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "grammar/ast_param.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <stdexcept>
@@ -12,9 +11,6 @@
 #include "tests/kit/doubles.h"
 
 namespace {
-
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 class AstParamParse : public AnyStream {
  protected:
@@ -29,7 +25,7 @@ TEST_P(AstParamParse, ValueFollowsTheName) {
   EXPECT_TRUE(node->parse(*stream("xtal_trim=31 rest")));
   node->toBuffer(kNoConversion);
   EXPECT_EQ(target, 31);
-  EXPECT_THAT(takeLog(), IsEmpty());
+  EXPECT_LOG();
 }
 
 TEST_P(AstParamParse, NothingMatchesOnAFailedStream) {
@@ -50,8 +46,8 @@ TEST_P(AstParamParse, NothingElseMatches) {
                            "Xtal_trim=5", "xtal_trim:5", "=5", "xtal_trix=5", "axtal_trim=5"}) {
     EXPECT_FALSE(node->parse(*stream(text))) << text;
   }
-  EXPECT_THAT(missingIn(*node), ElementsAre("xtal_trim"));
-  EXPECT_THAT(takeLog(), IsEmpty());
+  EXPECT_EQ(missingIn(*node), (Names{"xtal_trim"}));
+  EXPECT_LOG();
 }
 
 TEST_P(AstParamParse, ReadsAsManyCharactersAsItsName) {
@@ -81,11 +77,11 @@ TEST_P(AstParamParse, BadValueThrows) {
   uint8_t target = 0;
   const auto node = param("xtal_trim", &target);
   EXPECT_THROW(node->parse(*stream("xtal_trim=256")), std::invalid_argument);
-  EXPECT_THAT(takeLog(), ElementsAre(error("Unexpected_value\n")));
+  EXPECT_LOG(error("Unexpected_value\n"));
   EXPECT_THROW(node->parse(*stream("xtal_trim=")), std::invalid_argument);
-  EXPECT_THAT(takeLog(), ElementsAre(error("Unexpected_value\n")));
+  EXPECT_LOG(error("Unexpected_value\n"));
   EXPECT_TRUE(node->parse(*stream("xtal_trim=255")));
-  EXPECT_THAT(takeLog(), IsEmpty());
+  EXPECT_LOG();
 }
 
 TEST_P(AstParamParse, IdPlaysNoPart) {
@@ -95,192 +91,125 @@ TEST_P(AstParamParse, IdPlaysNoPart) {
   EXPECT_TRUE(node->parse(*stream("port=1")));
 }
 
-TEST_P(AstParamParse, TargetIsWrittenByToBufferOnly) {
-  uint8_t target = 99;
-  const auto node = param("port", &target);
-  EXPECT_TRUE(node->parse(*stream("port=1")));
-  EXPECT_EQ(target, 99);
-  node->toBuffer(kNoConversion);
-  EXPECT_EQ(target, 1);
-}
-
-template <typename T>
-T& read(AstParam<T>& node, const std::string& text, T& target) {
-  std::istringstream input(text);
-  EXPECT_TRUE(node.parse(input));
-  return target;
-}
-
-TEST(AstParamToBuffer, NoConversionStoresTheValue) {
-  uint8_t byte = 0;
-  uint16_t half = 0;
-  uint32_t whole = 0;
-  const auto a = param("a", &byte);
-  const auto b = param("b", &half);
-  const auto c = param("c", &whole);
-  read(*a, "a=0x12", byte);
-  read(*b, "b=0x1234", half);
-  read(*c, "c=0x12345678", whole);
-  a->toBuffer(kNoConversion);
-  b->toBuffer(kNoConversion);
-  c->toBuffer(kNoConversion);
-  EXPECT_EQ(byte, 0x12);
-  EXPECT_EQ(half, 0x1234);
-  EXPECT_EQ(whole, 0x12345678U);
-}
-
-TEST(AstParamToBuffer, AnyOtherConversionSwapsNumbers) {
-  for (const auto conversion : {kSwapBytes, kNeither}) {
-    uint8_t byte = 0;
-    uint16_t half = 0;
-    uint32_t whole = 0;
-    const auto a = param("a", &byte);
-    const auto b = param("b", &half);
-    const auto c = param("c", &whole);
-    read(*a, "a=0x12", byte);
-    read(*b, "b=0x1234", half);
-    read(*c, "c=0x12345678", whole);
-    a->toBuffer(conversion);
-    b->toBuffer(conversion);
-    c->toBuffer(conversion);
-    EXPECT_EQ(byte, 0x12);
-    EXPECT_EQ(half, 0x3412);
-    EXPECT_EQ(whole, 0x78563412U);
+// A parameter of each type, and a record with a field for each.
+class AstParamOfEveryType : public testing::Test {
+ protected:
+  void read() {
+    const char* const lines[] = {"a=0x12", "b=0x1234", "c=0x12345678", "d=ant0 spare"};
+    AstNode* const nodes[] = {a.get(), b.get(), c.get(), d.get()};
+    for (size_t i = 0; i < 4; ++i) {
+      std::istringstream input(lines[i]);
+      EXPECT_TRUE(nodes[i]->parse(input));
+    }
   }
-}
 
-TEST(AstParamToBuffer, WordIsAssignedUnchanged) {
-  for (const auto conversion : {kNoConversion, kSwapBytes, kNeither}) {
-    std::string target = "earlier";
-    const auto node = param("name", &target);
-    EXPECT_EQ(read(*node, "name=ant0 spare", target), "earlier");
-    node->toBuffer(conversion);
-    EXPECT_EQ(target, "ant0");
+  void writeToBuffer(EndiannessConversion conversion) {
+    for (AstNode* const node : std::initializer_list<AstNode*>{a.get(), b.get(), c.get(), d.get()})
+      node->toBuffer(conversion);
   }
-}
 
-TEST(AstParamToBuffer, NoValueLeavesTheField) {
+  void expectFields(uint8_t first, uint16_t second, uint32_t third, const std::string& fourth) {
+    EXPECT_EQ(byte, first);
+    EXPECT_EQ(half, second);
+    EXPECT_EQ(whole, third);
+    EXPECT_EQ(word, fourth);
+  }
+
   uint8_t byte = 1;
   uint16_t half = 2;
   uint32_t whole = 3;
   std::string word = "four";
-  for (const auto conversion : {kNoConversion, kSwapBytes}) {
-    param("a", &byte)->toBuffer(conversion);
-    param("b", &half)->toBuffer(conversion);
-    param("c", &whole)->toBuffer(conversion);
-    param("d", &word)->toBuffer(conversion);
-  }
-  EXPECT_EQ(byte, 1);
-  EXPECT_EQ(half, 2);
-  EXPECT_EQ(whole, 3U);
-  EXPECT_EQ(word, "four");
+  const std::shared_ptr<AstParam<uint8_t>> a = param("a", &byte);
+  const std::shared_ptr<AstParam<uint16_t>> b = param("b", &half);
+  const std::shared_ptr<AstParam<uint32_t>> c = param("c", &whole);
+  const std::shared_ptr<AstParam<std::string>> d = param("d", &word);
+};
+
+TEST_F(AstParamOfEveryType, NoValueLeavesTheFieldAndIsMissing) {
+  for (const auto conversion : {kNoConversion, kSwapBytes}) writeToBuffer(conversion);
+  expectFields(1, 2, 3, "four");
+  EXPECT_EQ(missingIn(*a), Names{"a"});
+  EXPECT_EQ(missingIn(*b), Names{"b"});
+  EXPECT_EQ(missingIn(*c), Names{"c"});
+  EXPECT_EQ(missingIn(*d), Names{"d"});
 }
 
-TEST(AstParamToBuffer, NoTargetIsNotWritten) {
-  const auto number = param<uint32_t>("a", nullptr);
-  const auto word = param<std::string>("a", nullptr);
-  std::istringstream one("a=1");
-  std::istringstream two("a=2");
-  EXPECT_TRUE(number->parse(one));
-  EXPECT_TRUE(word->parse(two));
-  number->toBuffer(kSwapBytes);
-  word->toBuffer(kSwapBytes);
-  EXPECT_EQ(printed(*number), "a = 1 (0x1)");
-  EXPECT_EQ(printed(*word), "a = 2");
-}
-
-TEST(AstParamToBuffer, CanBeRepeated) {
-  uint16_t target = 0;
-  const auto node = param("a", &target);
-  read(*node, "a=0x1234", target);
-  node->toBuffer(kSwapBytes);
-  node->toBuffer(kSwapBytes);
-  EXPECT_EQ(target, 0x3412);
-}
-
-TEST(AstParamValidate, MissingNameIsBareAtTheRoot) {
-  uint8_t target = 0;
-  const auto node = param("port", &target);
+TEST_F(AstParamOfEveryType, ValueIsWrittenByToBufferOnly) {
+  read();
+  expectFields(1, 2, 3, "four");
+  writeToBuffer(kNoConversion);
+  expectFields(0x12, 0x1234, 0x12345678, "ant0");
   Names missing;
-  EXPECT_FALSE(node->validate(missing, {}));
-  EXPECT_THAT(missing, ElementsAre("port"));
+  for (AstNode* const node : std::initializer_list<AstNode*>{a.get(), b.get(), c.get(), d.get()})
+    EXPECT_TRUE(node->validate(missing, {"group"}));
+  EXPECT_EQ(missing, Names());
 }
 
-TEST(AstParamValidate, MissingNameFollowsItsGroups) {
+TEST_F(AstParamOfEveryType, AnyOtherConversionSwapsNumbers) {
+  read();
+  for (const auto conversion : {kSwapBytes, kNeither, kSwapBytes}) {
+    writeToBuffer(conversion);
+    expectFields(0x12, 0x3412, 0x78563412, "ant0");
+    word = "";
+  }
+}
+
+template <typename T>
+void expectNeitherMissingNorWritten() {
+  const auto node = param<T>("a", nullptr);
+  Names missing;
+  EXPECT_TRUE(node->validate(missing, {}));
+  EXPECT_EQ(missing, Names());
+  std::istringstream input("a=7");
+  EXPECT_TRUE(node->parse(input));
+  node->toBuffer(kSwapBytes);
+  EXPECT_EQ(printed(*node).rfind("a = 7", 0), 0U);
+}
+
+TEST(AstParam, WithoutATargetIsNeitherMissingNorWritten) {
+  expectNeitherMissingNorWritten<uint8_t>();
+  expectNeitherMissingNorWritten<uint16_t>();
+  expectNeitherMissingNorWritten<uint32_t>();
+  expectNeitherMissingNorWritten<std::string>();
+}
+
+TEST(AstParam, MissingNameFollowsItsGroups) {
   uint32_t target = 0;
   const auto node = param("tx_power", &target);
   Names missing = {"earlier"};
-  EXPECT_FALSE(node->validate(missing, {"ch5"}));
-  EXPECT_FALSE(node->validate(missing, {"ch5", "prf64"}));
-  EXPECT_FALSE(node->validate(missing, {"", ""}));
-  EXPECT_THAT(missing, ElementsAre("earlier", "ch5.tx_power", "ch5.prf64.tx_power", "..tx_power"));
+  for (const Names& path : {Names{}, Names{"ch5"}, Names{"ch5", "prf64"}, Names{"", ""}}) {
+    EXPECT_FALSE(node->validate(missing, path));
+  }
+  EXPECT_EQ(missing,
+            (Names{"earlier", "tx_power", "ch5.tx_power", "ch5.prf64.tx_power", "..tx_power"}));
 }
 
-TEST(AstParamValidate, EveryTypeCanBeMissing) {
-  uint8_t byte = 0;
-  uint16_t half = 0;
-  uint32_t whole = 0;
-  std::string word;
-  EXPECT_THAT(missingIn(*param("a", &byte)), ElementsAre("a"));
-  EXPECT_THAT(missingIn(*param("b", &half)), ElementsAre("b"));
-  EXPECT_THAT(missingIn(*param("c", &whole)), ElementsAre("c"));
-  EXPECT_THAT(missingIn(*param("d", &word)), ElementsAre("d"));
-}
-
-TEST(AstParamValidate, ValueIsEnough) {
-  uint8_t target = 0;
-  const auto node = param("port", &target);
-  read(*node, "port=0", target);
-  Names missing;
-  EXPECT_TRUE(node->validate(missing, {"group"}));
-  EXPECT_THAT(missing, IsEmpty());
-}
-
-TEST(AstParamValidate, WithoutATargetNothingIsMissing) {
-  Names missing;
-  EXPECT_TRUE(param<uint8_t>("a", nullptr)->validate(missing, {}));
-  EXPECT_TRUE(param<uint16_t>("b", nullptr)->validate(missing, {}));
-  EXPECT_TRUE(param<uint32_t>("c", nullptr)->validate(missing, {}));
-  EXPECT_TRUE(param<std::string>("d", nullptr)->validate(missing, {}));
-  EXPECT_THAT(missing, IsEmpty());
-}
-
-TEST(AstParamPrint, ValueFollowsTheNameBehindItsDepth) {
+TEST(AstParam, PrintsItsValueAfterItsNameAndDepth) {
   uint8_t target = 0;
   const auto node = param("port", &target, 254, 2);
   EXPECT_EQ(printed(*node), "  port = <undefined>");
-  read(*node, "port=26", target);
+  std::istringstream input("port=26");
+  node->parse(input);
   EXPECT_EQ(printed(*node), "  port = 26 (0x1a)");
 }
 
-TEST(AstParamSerialize, ValueFollowsTheId) {
+TEST(AstParam, SerializesItsIdAndItsValue) {
   uint32_t target = 0;
-  const auto node = param("a", &target, 253);
-  read(*node, "a=0x11223344", target);
-  Bytes out = {0xEE};
-  EXPECT_EQ(node->serialize(out, kSwapBytes), 5U);
-  EXPECT_EQ(out, joined({{0xEE}, {253}, inReversedHostOrder({0x11, 0x22, 0x33, 0x44})}));
-  EXPECT_EQ(serialized(*node, kNoConversion),
-            joined({{253}, inHostOrder({0x11, 0x22, 0x33, 0x44})}));
-}
-
-TEST(AstParamSerialize, WithoutAnIdTheValueStandsAlone) {
-  uint8_t target = 0;
-  const auto node = param("a", &target);
-  read(*node, "a=7", target);
-  Bytes out;
-  EXPECT_EQ(node->serialize(out, kSwapBytes), 1U);
-  EXPECT_EQ(out, Bytes{7});
-}
-
-TEST(AstParamSerialize, WithoutAValueTheIdStandsAlone) {
-  uint8_t target = 0;
-  Bytes out;
-  EXPECT_EQ(param("a", &target, 0)->serialize(out, kSwapBytes), 1U);
-  EXPECT_EQ(out, Bytes{0});
-  EXPECT_EQ(param("a", &target)->serialize(out, kSwapBytes), 0U);
-  EXPECT_EQ(out, Bytes{0});
-  EXPECT_THAT(takeLog(), IsEmpty());
+  takeLog();
+  for (const auto id : {std::optional<uint8_t>(253), std::optional<uint8_t>()}) {
+    const auto node = param("a", &target, id);
+    const Bytes tag = id.has_value() ? Bytes{253} : Bytes();
+    Bytes out = {0xEE};
+    EXPECT_EQ(node->serialize(out, kSwapBytes), tag.size());
+    EXPECT_EQ(out, joined({{0xEE}, tag}));
+    std::istringstream input("a=0x11223344");
+    node->parse(input);
+    EXPECT_EQ(node->serialize(out, kSwapBytes), tag.size() + 4);
+    const Bytes number = {0x11, 0x22, 0x33, 0x44};
+    EXPECT_EQ(out, joined({{0xEE}, tag, tag, inReversedHostOrder(number)}));
+    EXPECT_EQ(serialized(*node, kNoConversion), joined({tag, inHostOrder(number)}));
+  }
+  EXPECT_LOG();
 }
 
 }  // namespace
