@@ -10,8 +10,8 @@
 
 namespace {
 
-// A file opened later must not take the number of a closed standard stream: a result would end up
-// in it.
+// A file opened later must not get the number of a closed standard stream: the result would be
+// written into it.
 void occupyClosedStreams() {
   for (int stream = 0; stream <= 2; ++stream) {
     if (fcntl(stream, F_GETFD) < 0) open("/dev/null", stream == 0 ? O_WRONLY : O_RDONLY);

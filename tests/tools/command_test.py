@@ -181,7 +181,7 @@ class Output(CommandTest):
                                 capture_output=True, check=False)
         self.fails(result, "cannot write to the standard output: Bad file descriptor")
 
-    def test_closed_standard_output_leaves_no_block_in_a_file(self):
+    def test_closed_standard_output_puts_no_block_into_a_file(self):
         file = self.folder / "block.bin"
         file.write_bytes(self.block())
         result = subprocess.run(f'"{COMMAND}" decode "{file}" >&-', shell=True,
@@ -316,7 +316,7 @@ class Explain(CommandTest):
         self.assertEqual(result.returncode, 0)
         self.golden("explain.shared_antenna", result.stdout)
 
-    def test_lines_behind_an_error_are_lost(self):
+    def test_lines_after_an_error_are_not_read(self):
         result = self.explain_scenario("values_before_a_syntax_error_are_kept")
         self.golden("explain.lost", result.stdout)
 
@@ -485,7 +485,7 @@ class AnyTree(CommandTest):
                 self.assertEqual(result.stderr, b"")
                 result.stdout.decode()
 
-    def test_lint_finds_a_reason_wherever_there_is_no_block(self):
+    def test_lint_finds_a_reason_for_every_load_without_a_block(self):
         for root, options in self.trees():
             with self.subTest(root=root, options=options):
                 if run("build", "-q", *options).returncode == 1:
@@ -534,7 +534,7 @@ class Usage(CommandTest):
             self.fails(run(*arguments),
                        f"{message} (see 'tarnix-uwb-params {arguments[0]} --help')")
 
-    def test_options_may_stand_behind_operands_and_two_dashes_end_them(self):
+    def test_options_may_follow_operands_and_two_dashes_end_them(self):
         file = self.folder / "-block"
         file.write_bytes(self.block())
         expected = run("decode", "--format", "json", file).stdout

@@ -15,7 +15,7 @@ from command_test import COMMAND, EXAMPLES, PROJECT, CommandTest, run
 COMPLETION = PROJECT / "tools/install"
 MANUAL = PROJECT / "tools/install/tarnix-uwb-params.1"
 SUBCOMMANDS = ("build", "decode", "lint", "explain", "matrix", "diff")
-# What a terminal shows: each command stands behind "$ ", its output below it.
+# What a terminal shows: each command after "$ ", its output below it.
 TRANSCRIPT = re.compile(r"(?<=^```console\n).*?(?=^```$)", re.M | re.S)
 
 

@@ -10,7 +10,7 @@
 #include "schema/pattern.h"
 #include "tools/block/fields.h"
 
-// The command's tables of fields, parameters and selector codes, found out again by search.
+// The command's table of fields, parameters and selector codes, compared with the library.
 
 namespace {
 
@@ -51,9 +51,9 @@ std::pair<size_t, size_t> blockBytesFedFrom(size_t record_offset) {
   calib.ch5.selector_gpio = calib.ch9.selector_gpio = 6;
   ccc_calib changed = calib;
   reinterpret_cast<uint8_t*>(&changed)[record_offset] ^= 1;
-  const size_t behind_crc = offsetof(ccc_params, version);
+  const size_t after_crc = offsetof(ccc_params, version);
   return difference(bytesOf(CalibConverter::convert(calib)),
-                    bytesOf(CalibConverter::convert(changed)), behind_crc);
+                    bytesOf(CalibConverter::convert(changed)), after_crc);
 }
 
 class ParameterTable : public testing::TestWithParam<antenna_selection> {};

@@ -95,7 +95,7 @@ class Rules(CommandTest):
         self.assertEqual(result.returncode, 1)
         self.assertIn(b": error: 'wifi_coex_time_gap' is set again", result.stdout)
 
-    def test_ignore_leaves_a_rule_out(self):
+    def test_ignore_removes_the_findings_of_a_rule(self):
         tree = tree_of("octal-number", "bad", self.folder)
         self.assertEqual(self.lint(tree).returncode, 1)
         result = self.lint(tree, "--ignore", "octal-number")
@@ -205,10 +205,10 @@ class NewUser(CommandTest):
             self.assertRegex(result.stdout.decode(), re.compile(
                 rf"^{re.escape(place)}: \w+: .* \[{rule}\]$", re.M))
 
-    def test_explain_shows_what_the_device_would_take(self):
+    def test_explain_shows_what_the_device_would_read(self):
         shown = run("explain", "--root", "tree", "--country", "DE", cwd=self.folder).stdout.decode()
         self.assertIn("    no line sets xtal_trim\n", shown)
-        self.assertIn("No parameter takes:\n    /vendor/etc/uwb/common.conf:31: xtal_trm=40\n",
+        self.assertIn("No parameter has the key of:\n    /vendor/etc/uwb/common.conf:31: xtal_trm=40\n",
                       shown)
         self.assertIn("    overrides /vendor/etc/uwb/common.conf:34: wifi_coex_time_gap=12\n", shown)
         missing = run("explain", "--root", "tree", "--country", "FR", cwd=self.folder).stdout

@@ -51,7 +51,7 @@ std::string flippedBit(Bytes block) {
   return {};
 }
 
-// More than one may explain it: a start at 0x0000 looks like a flipped bit of the version.
+// More than one cause may fit: a CRC that starts at 0x0000 looks like a flipped version bit.
 std::string likelyCauses(const Bytes& block, uint16_t stored, uint16_t computed) {
   std::vector<std::string> causes;
   if (byteSwapped(computed) == stored) causes.emplace_back("the two bytes of the CRC are swapped");

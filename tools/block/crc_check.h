@@ -6,11 +6,11 @@
 
 #include "tools/block/fields.h"
 
-// The CRC of a whole block, as it stores it and as it should be.
+// The CRC that a whole block holds, and the one that it should hold.
 struct CrcCheck {
   uint16_t stored;
   uint16_t computed;
-  // Why they may differ: empty when they don't, and when nothing explains it.
+  // Why they differ; empty when they do not or no cause was found.
   std::string likely_cause;
 
   bool good() const { return stored == computed; }

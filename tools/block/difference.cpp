@@ -5,7 +5,7 @@
 
 namespace {
 
-// The field's bytes, as far as the block goes.
+// The field's bytes, those that the block has.
 Bytes part(const Bytes& block, const BlockField& field) {
   const auto begin = static_cast<ptrdiff_t>(std::min(field.offset, block.size()));
   const auto end = static_cast<ptrdiff_t>(std::min(field.end(), block.size()));

@@ -5,5 +5,5 @@
 
 #include "tools/block/fields.h"
 
-// The fields in which two blocks differ; also those that only one of them has whole.
+// The fields in which two blocks differ, and those that only one of them has completely.
 std::vector<const BlockField*> differingFields(const Bytes& a, const Bytes& b);

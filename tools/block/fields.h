@@ -9,10 +9,10 @@
 #include "schema/antenna_selection.h"
 #include "schema/ccc_calib.h"
 
-// All that the command itself knows of the block: its fields, the parameter behind each, and the
-// selector codes. A test finds the same out by asking the library.
+// What the command itself knows of the block: its fields, the parameters that fill them and the
+// selector codes. A test compares it with what the library does.
 
-// What the bytes of a field stand for.
+// What the bytes of a field mean.
 enum class FieldKind { Crc, Number, SelectorCode, Port, Reserved };
 
 struct BlockField {
@@ -28,7 +28,7 @@ using Bytes = std::vector<uint8_t>;
 
 constexpr size_t kBlockSize = sizeof(ccc_params);
 
-// In the order in which they lie.
+// In the order of their offsets.
 inline constexpr BlockField kBlockFields[] = {
 #define FIELD(name, kind) \
   { #name, offsetof(ccc_params, name), sizeof(ccc_params::name), FieldKind::kind }

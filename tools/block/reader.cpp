@@ -18,7 +18,7 @@ bool isOneOf(const char* set, char c) {
   return c != '\0' && std::strchr(set, c) != nullptr;
 }
 
-// A raw block has reserved bytes that are zero, so none is taken for text.
+// No raw block looks like text: its reserved bytes are zero.
 bool isHexText(const std::string& input) {
   for (const char c : input) {
     if (!isOneOf(kSeparators, c) && !isOneOf(kHexDigits, c) && c != 'x' && c != 'X') return false;

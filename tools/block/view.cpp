@@ -45,13 +45,13 @@ std::string reservedMeaning(const Bytes& block, const BlockField& field) {
   return places.empty() ? "zero" : "not zero at " + joined(places, ", ");
 }
 
-// Calls `row` for pieces of the block, none longer than a row and none across two fields.
+// Calls `row` for each part of the block that fits into a row and belongs to one field.
 void forEachRow(const Bytes& block,
                 const std::function<void(const BlockField&, size_t, size_t)>& row) {
   for (const BlockField& field : kBlockFields) {
     for (size_t at = field.offset; at < std::min(field.end(), block.size());) {
       const size_t end = std::min({field.end(), block.size(), (at / kRow + 1) * kRow});
-      // A number is never cut in two by a row's end.
+      // A number stays in one row.
       const size_t last =
           field.kind == FieldKind::Reserved ? end : std::min(field.end(), block.size());
       row(field, at, last);
@@ -60,7 +60,7 @@ void forEachRow(const Bytes& block,
   }
 }
 
-// Neighbours never share a colour, and what is reserved stays plain.
+// Neighbours have different colours; reserved bytes have none.
 std::string colourOf(const BlockField& field) {
   constexpr std::array<const char*, 6> kColours = {"30;46", "30;43", "30;42",
                                                    "30;45", "37;44", "30;47"};

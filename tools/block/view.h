@@ -7,18 +7,18 @@
 #include "tools/text/json.h"
 #include "tools/text/text.h"
 
-// What people read of a block. Blocks may be cut: what they lack is left out.
+// A block in forms for people and programs. Fields that a cut block lacks are left out.
 
-// What the field's value means beyond its number; empty when that is all.
+// What the field's value means; empty when its number says all.
 std::string meaningOf(const Bytes& block, const BlockField& field);
 
-// Whether the field holds what the library would never write. The CRC is looked at elsewhere.
+// Whether the field holds a value that the library never writes. See checkCrc for the CRC.
 bool isSuspect(const Bytes& block, const BlockField& field);
 
-// The field's bytes, as a dump writes them; those that the block has.
+// The field's bytes that the block has, as in a dump.
 std::string bytesOf(const Bytes& block, const BlockField& field);
 
-// The field's number as people write it: a code or a CRC hexadecimal, anything else decimal.
+// The field's number: hexadecimal for a code or a CRC, otherwise decimal.
 std::string valueOf(const Bytes& block, const BlockField& field);
 
 // One row for each field: offset, bytes, name.

@@ -22,7 +22,7 @@ std::string usualFormat(const Options& options) {
 }  // namespace
 
 Outcome build(const Options& options, const Paint& /*paint*/) {
-  showLog(!options.quiet);  // What the device would log is part of what build shows.
+  showLog(!options.quiet);  // build always shows what the device would log.
   const DeviceLibrary library(options.library);
   const TargetRoot root(options.root);
   setDeviceProperties(options.country.value_or(""), options.path_file);
@@ -31,7 +31,7 @@ Outcome build(const Options& options, const Paint& /*paint*/) {
     const OpenRedirect redirect(root);
     block = library.load(options.capacity);
   }
-  // Without room for a byte there is none to write, whatever the load found.
+  // A capacity of 0 has no byte to write either.
   if (block.empty()) return {kFindings, std::nullopt, "no valid calibration: the log says why"};
   return {
       kGood, formatted(block, options.format.empty() ? usualFormat(options) : options.format), {}};

@@ -8,7 +8,7 @@
 #include "tools/block/fields.h"
 #include "tools/text/text.h"
 
-// What the command line asks for. Each subcommand reads what concerns it.
+// What the command line asks for. Each subcommand uses the members that its options set.
 struct Options {
   std::string root;                    // The file tree of a target; empty for the host's own.
   std::optional<std::string> country;  // The country code property.
@@ -27,7 +27,7 @@ struct Options {
   std::vector<std::string> ignored_rules;
 };
 
-// What a subcommand leaves: the exit status, the result for the output, if any, and a line for the
+// What a subcommand returns: the exit status, the result for the output, if any, and a line for the
 // standard error.
 struct Outcome {
   int status = 0;

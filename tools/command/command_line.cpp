@@ -15,12 +15,12 @@
 
 namespace {
 
-// The name that dlopen looks for where this program's own run path says.
+// dlopen looks for it in this program's run path.
 constexpr char kLibrary[] = "libtarnix_uwb_params_nfcc.so";
 
 constexpr unsigned kLargestCapacity = 1U << 20;
 
-// getopt_long returns an option's row as this plus its index, above all letters.
+// getopt_long returns this plus the index of the option; letters are below it.
 constexpr int kFirstRow = 256;
 
 [[noreturn]] void refuse(const std::string& problem, const std::string& subcommand = "") {
@@ -68,7 +68,7 @@ class Reader {
     const std::vector<option> longs = longOptions();
     const std::string shorts = shortOptions();
     opterr = 0;
-    optind = 0;  // Starts afresh, also after an earlier call.
+    optind = 0;  // Resets the C library's state.
     for (int found = 0;
          (found = getopt_long(argc, argv, shorts.c_str(), longs.data(), nullptr)) >= 0;) {
       if (found == '?') refuseOption(argv[optind - 1]);
@@ -91,7 +91,7 @@ class Reader {
     return longs;
   }
 
-  // The colon in front asks for ':' where a value is missing.
+  // The first colon makes getopt_long return ':' for a missing value.
   std::string shortOptions() const {
     std::string letters = ":";
     for (const Option& row : rows_) {

@@ -14,5 +14,5 @@ struct Request {
 // Reads the command line. Throws std::runtime_error, one line, for a wrong one.
 Request parseCommandLine(int argc, char** argv);
 
-// Whether the result is to be coloured: as asked for, else on a terminal unless NO_COLOR is set.
+// Whether the result is coloured: as --color says, or on a terminal unless NO_COLOR is set.
 bool wantsColour(const Options& options);

@@ -17,7 +17,7 @@ bool isDirectory(const std::string& path) {
   return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
-// The block of a tree, empty without a valid calibration; or the block that the file holds.
+// The block of a tree, empty without a valid calibration; or the block in a file.
 Bytes blockFrom(const std::string& operand, const DeviceLibrary& library) {
   if (!isDirectory(operand)) return readBlock(readInput(operand));
   const TargetRoot root(operand);

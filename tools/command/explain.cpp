@@ -69,7 +69,7 @@ std::vector<const TracedParameter*> parametersOf(const LoadTrace& trace, const B
   return parameters;
 }
 
-// Where a field's value comes from when no line of its own sets it.
+// Where the value of a field comes from that no parameter fills.
 std::string sourceWithoutLine(const BlockField& field) {
   return field.kind == FieldKind::Crc ? "computed over all the other bytes"
                                       : "copied from channel 5: both channels share the antenna";
@@ -104,7 +104,7 @@ std::vector<LineRef> linesWhere(const LoadTrace& trace,
   return lines;
 }
 
-// Lines that name a parameter, and whose file had an error before them.
+// Lines that name a parameter, after an error in their file.
 std::vector<LineRef> lostLines(const LoadTrace& trace) {
   return linesWhere(trace, [](const TracedLine& line) { return line.lost; });
 }
@@ -115,7 +115,7 @@ std::vector<LineRef> failingLines(const LoadTrace& trace) {
   });
 }
 
-// Assignments that no tree takes.
+// Assignments whose key no parameter has.
 std::vector<LineRef> droppedLines(const LoadTrace& trace) {
   return linesWhere(trace, [](const TracedLine& line) {
     return line.effect.kind == LineEffect::Kind::Dropped &&
@@ -138,9 +138,9 @@ std::string asText(const LoadTrace& trace, const Paint& paint) {
   for (const BlockField& field : kBlockFields) {
     if (field.kind != FieldKind::Reserved) out += fieldText(trace, field, paint);
   }
-  out += listText(trace, "A value that cannot be read ends its file:", failingLines(trace), paint);
-  out += listText(trace, "Lost behind it:", lostLines(trace), paint);
-  out += listText(trace, "No parameter takes:", droppedLines(trace), paint);
+  out += listText(trace, "The device stops reading a file at:", failingLines(trace), paint);
+  out += listText(trace, "Not read after it:", lostLines(trace), paint);
+  out += listText(trace, "No parameter has the key of:", droppedLines(trace), paint);
   if (!trace.block.has_value()) out += "\n" + paint.red("no block: " + trace.problem) + "\n";
   for (const std::string& key : trace.missing) out += "    " + printable(key) + "\n";
   return out;

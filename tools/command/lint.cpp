@@ -56,6 +56,6 @@ Outcome lint(const Options& options, const Paint& paint) {
   Findings findings = lintTree(options);
   findings.showPathsBelow(options.root);
   for (const std::string& rule : options.error_rules) findings.takeAsErrors(ruleCalled(rule));
-  for (const std::string& rule : options.ignored_rules) findings.leaveOut(ruleCalled(rule));
+  for (const std::string& rule : options.ignored_rules) findings.ignore(ruleCalled(rule));
   return {isClean(findings) ? kGood : kFindings, report(findings, options.format, paint), {}};
 }

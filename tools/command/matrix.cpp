@@ -26,7 +26,7 @@ std::string titleOf(const std::string& country) {
 Row rowFor(const std::string& country, const Options& options, const DeviceLibrary& library) {
   setDeviceProperties(country, options.path_file);
   Row row{titleOf(country), {}, library.load(kBlockSize)};
-  const LogCapture log;  // The load has logged what there is to say.
+  const LogCapture log;  // The load above has logged everything already.
   row.trace = traceLoad(country);
   return row;
 }

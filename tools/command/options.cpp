@@ -49,7 +49,7 @@ constexpr Subcommand kSubcommands[] = {
      "  tarnix-uwb-params build --root out/target --country US\n"
      "  tarnix-uwb-params build --root out/target --format binary -o block.bin\n"
      "The usual format is dump on a terminal and binary anywhere else."},
-    {"decode", kDecode, decode, "Name every byte of a block", "table,text,json", "BLOCK",
+    {"decode", kDecode, decode, "Show the fields of a block", "table,text,json", "BLOCK",
      "  tarnix-uwb-params decode block.bin\n"
      "  echo 'da35 0000 ...' | tarnix-uwb-params decode -\n"
      "  tarnix-uwb-params decode --format text block.bin > calib.conf\n"
@@ -62,8 +62,8 @@ constexpr Subcommand kSubcommands[] = {
      "  tarnix-uwb-params lint --root out/target --format sarif -o lint.sarif\n"
      "Without --country, every country of the tree is loaded, and no country code. Notes alone\n"
      "leave the exit status 0."},
-    {"explain", kExplain, explain, "Say for each field of the block which line set it", "text,json",
-     "", "  tarnix-uwb-params explain --root out/target --country DE"},
+    {"explain", kExplain, explain, "Show for each field of the block which line set it",
+     "text,json", "", "  tarnix-uwb-params explain --root out/target --country DE"},
     {"matrix", kMatrix, matrix, "Compare the blocks of all countries that the tree has files for",
      "text,json", "", "  tarnix-uwb-params matrix --root out/target"},
     {"diff", kDiff, diff, "Compare two blocks or two trees, field by field", "text,json", "A,B",
@@ -73,7 +73,7 @@ constexpr Subcommand kSubcommands[] = {
 };
 
 constexpr char kExitStatus[] =
-    "Exit status: 0 good; 1 findings, differences or no valid calibration; 2 wrong usage or\n"
+    "Exit status: 0 success; 1 findings, differences or no valid calibration; 2 wrong usage or\n"
     "unreadable input.\n";
 
 std::vector<std::string> split(const std::string& list) {
@@ -99,7 +99,7 @@ std::string optionHelp(const Option& option, const Subcommand& subcommand) {
   return "  " + padded(spelling, 22) + "  " + help + "\n";
 }
 
-// The rules, as many in a line as fit.
+// As many rules in a line as fit.
 std::string rulesHelp() {
   std::string out = "\nRules:\n ";
   size_t width = 1;
@@ -128,7 +128,7 @@ std::vector<std::string> firstWords() {
   return words;
 }
 
-// The words that may follow `previous` where `current` is being written.
+// The words that may replace `current`, the unfinished word after `previous`.
 std::vector<std::string> nextWords(const Subcommand& subcommand, const std::string& previous,
                                    const std::string& current) {
   std::vector<std::string> names;
@@ -139,7 +139,7 @@ std::vector<std::string> nextWords(const Subcommand& subcommand, const std::stri
     if (is_previous && option.value != Value::None) return choicesOf(option, subcommand);
     names.push_back(name);
   }
-  // Where a file may stand, an option is offered only for its dash.
+  // Where a file is possible, options are offered only after a dash.
   if (*subcommand.operands != 0 && current.substr(0, 1) != "-") return {};
   return names;
 }
@@ -192,7 +192,7 @@ std::string generalHelp() {
 }
 
 std::string completionsOf(std::vector<std::string> words) {
-  // bash makes --format=text three words.
+  // bash splits --format=text into three words.
   if (!words.empty() && words.back() == "=") words.back().clear();
   words.erase(std::remove(words.begin(), words.end(), "="), words.end());
   std::vector<std::string> next;

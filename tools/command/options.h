@@ -16,11 +16,11 @@ struct Subcommand {
   Outcome (*run)(const Options&, const Paint&);
   const char* summary;
   const char* formats;   // Separated by commas,
-  const char* operands;  // and so these.
+  const char* operands;  // and these too.
   const char* examples;
 };
 
-// What an option takes.
+// The kind of an option's value.
 enum class Value { None, Text, File, Folder, Format, Color, Rule, Number };
 
 struct Option {
@@ -40,15 +40,15 @@ const std::vector<Subcommand>& subcommands();
 // The options of the subcommand, in the order of the help.
 std::vector<Option> optionsOf(const Subcommand& subcommand);
 
-// What the subcommand wants after its options.
+// The names of the arguments that the subcommand needs.
 std::vector<std::string> operandsOf(const Subcommand& subcommand);
 
-// The values that the option takes; none when it takes any text.
+// The values that the option accepts; none when it accepts any text.
 std::vector<std::string> choicesOf(const Option& option, const Subcommand& subcommand);
 
 std::string helpOf(const Subcommand& subcommand);
 std::string generalHelp();
 
-// The words with which the last of `words` may go on, a line each; none where a file may stand.
+// The words that may replace the last of `words`, one in a line; none where a file is possible.
 // `words` are those after the command's name.
 std::string completionsOf(std::vector<std::string> words);

@@ -28,7 +28,7 @@ char letterOf(int priority) {
   }
 }
 
-// Texts come from hostile files too: a terminal gets no control characters.
+// Log lines quote files, so control characters must not reach a terminal.
 void show(const LogLine& line) {
   std::string out = {line.priority, ' '};
   for (const char c : line.text) {
@@ -43,7 +43,7 @@ void show(const LogLine& line) {
 extern "C" __attribute__((visibility("default"))) int __android_log_print(int prio, const char*,
                                                                           const char* fmt, ...) {
   if (capture == nullptr && !shown) return 0;
-  // The size of a line of the log; what does not fit is cut, as on the device.
+  // The device's log cuts a line at this size too.
   char text[1024];
   va_list arguments;
   va_start(arguments, fmt);

@@ -31,5 +31,5 @@ class LogCapture {
   std::vector<LogLine> lines_;
 };
 
-// The version with which the library's load introduces itself in the log.
+// The version that the library logs at the start of a load.
 std::string libraryVersion();

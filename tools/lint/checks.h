@@ -4,15 +4,15 @@
 #include "tools/lint/findings.h"
 #include "tools/trace/load_trace.h"
 
-// The rules. Each looks at one load and adds what it finds.
+// The checks. Each examines one load and adds its findings.
 
-// Lines that set nothing: unknown keys, blanks in the way, text without '='.
+// Lines that set nothing: unknown keys, misplaced blanks, text without '='.
 void checkLines(const LoadTrace& trace, Findings& findings);
 
-// What stands after '=': numbers, their spelling and range, text behind them.
+// What follows '=': numbers, their spelling and range, text after them.
 void checkValues(const LoadTrace& trace, Findings& findings);
 
-// What the lines make together: selectors, ports, values set twice or never.
+// What the lines set together: selectors, ports, values set twice or never.
 void checkParameters(const LoadTrace& trace, Findings& findings);
 
 // The path files, their entries, and the files that these name.
@@ -31,8 +31,8 @@ void forEachLine(const LoadTrace& trace, const Visit& visit) {
   }
 }
 
-// Whether a comment begins at the first character of `text` that is no blank.
+// Whether the text, after any blanks, is a comment.
 bool beginsComment(const std::string& text);
 
-// The number of blanks at the beginning.
+// The number of blanks from `at` on.
 size_t blanksAt(const std::string& text, size_t at);

@@ -45,7 +45,7 @@ void Findings::takeAsErrors(Rule rule) {
   }
 }
 
-void Findings::leaveOut(Rule rule) {
+void Findings::ignore(Rule rule) {
   findings_.erase(std::remove_if(findings_.begin(), findings_.end(),
                                  [&](const Finding& finding) { return finding.rule == rule; }),
                   findings_.end());

@@ -20,29 +20,29 @@ struct Finding {
   Rule rule;
   Severity severity;
   std::string message;
-  std::set<std::string> countries;  // Those in whose load it was found.
+  std::set<std::string> countries;  // The loads that have it.
 };
 
-// Gathers what the rules find, load by load.
+// Collects the findings of all loads.
 class Findings {
  public:
-  // From here on, findings belong to the load of this country.
+  // The findings that follow belong to the load of this country.
   void beginLoad(const std::string& country);
 
-  // The same finding of several loads is one.
+  // The same finding in several loads is reported once.
   void add(Rule rule, const Place& place, const std::string& message);
 
-  // Names the files as the host does, below the folder that was the root.
+  // Puts the root before the paths, so that they name files of the host.
   void showPathsBelow(const std::string& root);
 
-  // Makes all findings of the rule errors, or leaves them out.
+  // Makes all findings of the rule errors, or removes them.
   void takeAsErrors(Rule rule);
-  void leaveOut(Rule rule);
+  void ignore(Rule rule);
 
   // In the order of their places.
   const std::vector<Finding>& all() const { return findings_; }
 
-  // The countries to name with a finding: none when every load had it.
+  // The countries to name with a finding; none when every load has it.
   std::vector<std::string> countriesToName(const Finding& finding) const;
 
  private:

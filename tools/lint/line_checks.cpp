@@ -32,13 +32,13 @@ std::string nearestKey(const LoadTrace& trace, const std::string& key) {
   return nearestOf(key, keys);
 }
 
-// A key is as long as a hostile file makes it.
+// A message stays short even if a key is very long.
 std::string shortened(const std::string& key) {
   constexpr size_t kMost = 60;
   return key.size() <= kMost ? key : key.substr(0, kMost) + "...";
 }
 
-// Asks the trees of this load.
+// The two trees of the load.
 class Trees {
  public:
   explicit Trees(const LoadTrace& trace)
@@ -53,7 +53,7 @@ class Trees {
   const SchemaProbe calibration_;
 };
 
-// Looks at assignments that set nothing.
+// An assignment that sets nothing.
 class DroppedLine {
  public:
   DroppedLine(const LoadTrace& trace, const Trees& trees, const LineRef& ref)
@@ -97,7 +97,7 @@ class DroppedLine {
                  "a blank before '=': the line sets nothing");
   }
 
-  // A blank whose left side is not needed is one after the mark; any other one splits the key.
+  // If what follows the blank is a key, the blank comes after a mark; otherwise it splits the key.
   void checkInnerBlank(const std::string& key, Findings& findings) const {
     const size_t begin = blanksAt(text_, 0);
     const size_t blank = text_.find_first_of(kBlanks, begin);

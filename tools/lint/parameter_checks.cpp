@@ -55,7 +55,7 @@ void checkOverridden(const LoadTrace& trace, const TracedParameter& parameter, F
 }
 
 void checkMissing(const LoadTrace& trace, Findings& findings) {
-  // What is not there has no line: the last file is where it may still be added.
+  // A missing key has no line; it is reported at the last file, where it can be added.
   const Place place{trace.files.back().path, 1, 1, {}};
   for (const std::string& key : trace.missing) {
     findings.add(Rule::MissingKey, place,

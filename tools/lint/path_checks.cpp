@@ -20,7 +20,7 @@ bool hasPlaceholder(const std::string& path) {
   return CalibPath::findCountryCodeComponent(path) != path.npos;
 }
 
-// Where something begins that other files would have as a comment.
+// Where something begins that is a comment in other kinds of files.
 size_t commentIn(const std::string& entry) {
   for (const char* mark : {"#", ";", "//"}) {
     const size_t at = entry.find(mark);
@@ -31,7 +31,7 @@ size_t commentIn(const std::string& entry) {
   return entry.npos;
 }
 
-// Finds why the path of an entry names no file. True when the path itself explains it.
+// Reports why the path of an entry names no file. False when nothing in the path explains it.
 bool explainPath(const TracedPathFile& file, const TracedEntry& entry, Findings& findings) {
   const std::string& text = entry.text;
   if (!text.empty() && text.back() == '\r') {
@@ -154,7 +154,7 @@ void checkExistence(const LoadTrace& trace, Findings& findings) {
   }
 }
 
-// What makes a text: printable characters in UTF-8, tabs and line ends.
+// Text is printable characters in UTF-8, tabs and line ends.
 bool isText(const std::string& content, size_t at, size_t length) {
   const auto byte = static_cast<uint8_t>(content[at]);
   if (length == 0) return false;
@@ -165,7 +165,7 @@ std::string lineAround(const std::string& content, size_t begin) {
   return content.substr(begin, content.find('\n', begin) - begin);
 }
 
-// A mark of the byte order is text to UTF-8, but part of the first key here.
+// A byte order mark is valid UTF-8, but here it becomes part of the first key.
 size_t firstNonText(const std::string& content, size_t& count) {
   const bool marked = content.compare(0, 3, "\xEF\xBB\xBF") == 0;
   size_t first = marked ? 0 : content.npos;

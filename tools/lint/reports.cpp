@@ -6,7 +6,7 @@
 
 namespace {
 
-// A terminal's line and a bit: longer lines are shown around the column.
+// Of a longer line, only the part around the column is shown.
 constexpr size_t kWidth = 120;
 
 std::string painted(Severity severity, const Paint& paint) {

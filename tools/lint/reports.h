@@ -6,7 +6,7 @@
 #include "tools/lint/findings.h"
 #include "tools/text/text.h"
 
-// What people, and the programs that they look through, read of the findings.
+// The findings for people and for programs.
 
 // "path:line:col: severity: text [rule]", the line, and a caret below its column.
 std::string textReport(const Findings& findings, const Paint& paint);
@@ -20,5 +20,5 @@ std::string sarifReport(const Findings& findings);
 // Workflow commands that annotate the lines of a change.
 std::string githubReport(const Findings& findings);
 
-// The message, and the countries that it holds for unless it holds for all.
+// The message, and the countries that have the finding unless all have it.
 std::string messageOf(const Findings& findings, const Finding& finding);

@@ -6,7 +6,7 @@
 
 namespace {
 
-// The path as a relative or absolute reference, every byte that is none of a reference's encoded.
+// The path as a URI reference, with all other bytes percent-encoded.
 std::string uriOf(const std::string& path) {
   std::string uri;
   for (const char c : path) {

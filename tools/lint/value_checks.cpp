@@ -7,8 +7,8 @@ namespace {
 
 using Kind = LineEffect::Kind;
 
-// The keys that the file sets behind a line that ends its reading.
-std::vector<std::string> keysLostBehind(const LoadTrace& trace, const LineRef& ref) {
+// The keys in the lines after `ref` that the device no longer reads.
+std::vector<std::string> keysLostAfter(const LoadTrace& trace, const LineRef& ref) {
   std::vector<std::string> keys;
   const std::vector<TracedLine>& lines = trace.files[ref.file].lines;
   for (size_t i = ref.line + 1; i < lines.size(); ++i) {
@@ -20,9 +20,9 @@ std::vector<std::string> keysLostBehind(const LoadTrace& trace, const LineRef& r
 }
 
 std::string lossText(const LoadTrace& trace, const LineRef& ref) {
-  const std::vector<std::string> keys = keysLostBehind(trace, ref);
-  return keys.empty() ? "nothing behind it in this file is lost"
-                      : "the rest of the file is lost: " + joined(keys, ", ");
+  const std::vector<std::string> keys = keysLostAfter(trace, ref);
+  return keys.empty() ? "no later line of the file sets anything"
+                      : "the rest of the file is not read: " + joined(keys, ", ");
 }
 
 // The value of one line that names a parameter.
@@ -41,7 +41,7 @@ class LineValue {
     if (parameter_.facts == nullptr) {
       checkWord(findings);
     } else if (spelling_.number.empty()) {
-      // A name with a '=' in it can move the value; only the tree's word counts.
+      // An antenna's name may contain '=', so only the tree knows whether there is a value.
       if (line_.effect.kind == Kind::Fails) addUnreadable("a number", findings);
     } else {
       checkNumber(findings);
@@ -65,7 +65,7 @@ class LineValue {
     if (line_.effect.kind == Kind::Fails) {
       addUnreadable("a word", findings);
     } else {
-      checkTextBehind(line_.effect.value.size(), findings);
+      checkTextAfter(line_.effect.value.size(), findings);
     }
   }
 
@@ -79,17 +79,17 @@ class LineValue {
     if (!spelling_.readAlike()) {
       findings.add(Rule::NumberSpelling, place(),
                    "the device refuses '" + spelling_.gathered +
-                       "' and loses the rest of the file; "
-                       "libstdc++ takes it for " +
+                       "' and does not read the rest of the file; "
+                       "libstdc++ reads " +
                        spelling_.number);
     } else {
-      checkTextBehind(spelling_.number.size(), findings);
+      checkTextAfter(spelling_.number.size(), findings);
     }
     checkSign(findings);
     checkBase(findings);
   }
 
-  // Whether the parameter takes the number, were it followed by a blank.
+  // Whether the parameter accepts the number alone.
   bool fits() const {
     const SchemaProbe probe =
         parameter_.pass == Pass::Selection ? selectionProbe() : calibrationProbe(trace_.selection);
@@ -112,16 +112,16 @@ class LineValue {
                  "'" + spelling_.number + "' is octal: it is read as " + printedNumber());
   }
 
-  // As the tree has it, without the hexadecimal form.
+  // As the tree prints it, without the hexadecimal form.
   std::string printedNumber() const {
     return line_.effect.value.substr(0, line_.effect.value.find(' '));
   }
 
-  void checkTextBehind(size_t value_size, Findings& findings) const {
+  void checkTextAfter(size_t value_size, Findings& findings) const {
     if (value_size > text_.size()) return;
-    const std::string behind = text_.substr(value_size);
-    const size_t blanks = blanksAt(behind, 0);
-    if (blanks == behind.size() || beginsComment(behind)) return;
+    const std::string after = text_.substr(value_size);
+    const size_t blanks = blanksAt(after, 0);
+    if (blanks == after.size() || beginsComment(after)) return;
     findings.add(Rule::TextAfterValue, place(value_size + blanks),
                  "'" + parameter_.key + "' is " + printedNumber() + "; what follows is not read");
   }

@@ -53,7 +53,7 @@ LineEffect SchemaProbe::feed(const std::string& line) const {
 }
 
 std::optional<size_t> SchemaProbe::parameterNamedIn(const std::string& line) const {
-  // A name may itself hold the sign that ends a key, so each is tried. 1 is a value of every kind.
+  // An antenna's name may contain '=', so each one is tried. Every parameter accepts 1.
   for (size_t equal = line.find('='); equal != line.npos; equal = line.find('=', equal + 1)) {
     const std::unique_ptr<AstRoot> tree = make_tree_();
     const LogCapture log;

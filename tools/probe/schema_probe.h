@@ -26,9 +26,9 @@ struct LineEffect {
   bool namesParameter() const { return kind == Kind::Sets || kind == Kind::Fails; }
 };
 
-// Asks a schema's own tree what it accepts. A tree without values names all its parameters as
-// missing; after a line, the name that is gone is the parameter that the line set. So nothing about
-// the language or the keys is known here.
+// Asks a schema's tree what a line does. A tree without values reports all its parameters as
+// missing; after a line, the one that is no longer reported is the one that the line set. So the
+// keys and the text language are the library's.
 class SchemaProbe {
  public:
   using MakeTree = std::function<std::unique_ptr<AstRoot>()>;
@@ -40,7 +40,7 @@ class SchemaProbe {
 
   LineEffect feed(const std::string& line) const;
 
-  // The parameter that the line names, whatever its value.
+  // The parameter that the line names, also when its value cannot be read.
   std::optional<size_t> parameterNamedIn(const std::string& line) const;
 
  private:

@@ -25,7 +25,7 @@ size_t distance(const std::string& a, const std::string& b, size_t limit) {
 }  // namespace
 
 std::string nearestOf(const std::string& word, const std::vector<std::string>& candidates) {
-  // Two characters, in long words every fourth one, but six at most.
+  // Up to two characters may differ, in a long word a quarter of it, but at most six.
   size_t best = std::max<size_t>(2, std::min<size_t>(word.size() / 4, 6)) + 1;
   std::string nearest;
   for (const std::string& candidate : candidates) {

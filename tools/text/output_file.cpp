@@ -25,7 +25,7 @@ bool writeAll(int file, const std::string& content) {
   return true;
 }
 
-// A terminal, a pipe or a device is written as it stands.
+// A terminal, a pipe or a device cannot be replaced by a file.
 bool isSpecial(const std::string& path) {
   struct stat status {};
   return stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode);

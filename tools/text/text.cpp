@@ -67,17 +67,17 @@ std::string printable(const std::string& text) {
   for (size_t at = 0; at < text.size();) {
     const size_t length = characterLength(text, at);
     const auto byte = static_cast<uint8_t>(text[at]);
-    // The control characters of Unicode's second row, of two bytes, steer a terminal too.
-    const bool steers = isControl(byte) ||
-                        (byte == 0xC2 && length == 2 && static_cast<uint8_t>(text[at + 1]) < 0xA0);
+    // U+0080 to U+009F are control characters too.
+    const bool is_control = isControl(byte) || (byte == 0xC2 && length == 2 &&
+                                                static_cast<uint8_t>(text[at + 1]) < 0xA0);
     if (byte == '\t') {
       out += ' ';
-    } else if (length == 0 || steers) {
+    } else if (length == 0 || is_control) {
       out += "\\x" + hexByte(byte);
     } else {
       out.append(text, at, length);
     }
-    at += length == 0 || steers ? 1 : length;
+    at += length == 0 || is_control ? 1 : length;
   }
   return out;
 }

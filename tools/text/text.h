@@ -5,13 +5,13 @@
 #include <string>
 #include <vector>
 
-// 0x and at least `digits` capital hexadecimal digits.
+// 0x and at least `digits` upper-case hexadecimal digits.
 std::string hex(uint32_t number, int digits);
 
-// Two small digits, as in a dump.
+// Two lower-case digits, as in a dump.
 std::string hexByte(uint8_t byte);
 
-// The text with blanks behind it until it is `width` characters wide.
+// The text with blanks after it, or before it, until it is `width` characters wide.
 std::string padded(const std::string& text, size_t width);
 std::string paddedLeft(const std::string& text, size_t width);
 
@@ -20,8 +20,8 @@ size_t characterLength(const std::string& text, size_t at);
 
 bool isControl(uint8_t byte);
 
-// The text as a terminal may have it: a tab is one blank, every control character and every byte
-// that is no UTF-8 is written \xNN.
+// The text without anything that a terminal acts on: a tab becomes one blank, a control character
+// or a byte that is no UTF-8 becomes \xNN.
 std::string printable(const std::string& text);
 
 // How many characters wide a printable text is.

@@ -21,7 +21,7 @@ bool endsWith(const std::string& text, const std::string& end) {
   return text.size() >= end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
 }
 
-// The path's part that holds the placeholder, a letter in its place: DIRECTORY/BEFORE x AFTER/...
+// The name that holds the placeholder, and its directory: DIRECTORY/BEFORE<country>AFTER/...
 struct PlaceholderPart {
   std::string directory;
   std::string before;
@@ -38,7 +38,7 @@ PlaceholderPart partOf(const std::string& entry, size_t position) {
           with_letter.substr(position + 1, end - position - 1)};
 }
 
-// The code that makes the placeholder's part this name; empty when none does.
+// The code in the placeholder's place in this name; empty when the name does not fit.
 std::string codeIn(const std::string& name, const PlaceholderPart& part) {
   const size_t around = part.before.size() + part.after.size();
   if (name.size() <= around || !beginsWith(name, part.before) || !endsWith(name, part.after)) {
@@ -54,7 +54,7 @@ void addCountriesOf(const std::string& entry, std::set<std::string>& countries) 
   for (const std::string& name : namesIn(part.directory)) {
     const std::string code = codeIn(name, part);
     if (code.empty() || code[0] == '.') continue;
-    // A code in capitals is lowered before it comes here, so only some names are ever looked for.
+    // Codes are lowered before they are put into a path, so names in capitals are never read.
     const std::string path = CalibPath::setCountryCodeComponent(entry, position, code);
     const FileKind kind = fileStatus(path).kind;
     const bool is_file = kind == FileKind::Text || kind == FileKind::Empty;

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-// The country codes for which the tree has a calibration file, in alphabetical order: what stands
-// in the place of the placeholder in files that exist. "default" and "unknown" are none.
+// The country codes for which the tree has a calibration file, in alphabetical order, as
+// found in the names of files that exist. "default" and "unknown" are no country codes.
 std::vector<std::string> countriesOfTree();
 
 // "country de", "no country code".

@@ -161,7 +161,7 @@ Bytes blockOf(const ccc_params& params) {
   return block;
 }
 
-// The outcome is the library's own, not a conclusion from the lines.
+// The result comes from the library, not from the lines that were followed.
 void finish(LoadTrace& trace, const std::vector<calibration>& calibrations) {
   ccc_calib calib{};
   const ParseResult result = parse_calibrations(calibrations, trace.deciding().path, calib);

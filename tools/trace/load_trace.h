@@ -11,7 +11,7 @@
 
 // A load with what no log of a device tells: which line of which file did what.
 
-// Which of the two passes over the texts a line concerns.
+// The texts are read twice: for the antennas' names, then for everything else.
 enum class Pass { Selection, Calibration };
 
 struct TracedLine {
@@ -87,7 +87,7 @@ struct LoadTrace {
   std::string placeText(const LineRef& ref) const;
 };
 
-// Follows a load with this country code; the path files are those of the properties as set.
+// Follows a load with this country code. The path files depend on the property, as in a load.
 LoadTrace traceLoad(const std::string& country);
 
 FileStatus fileStatus(const std::string& path);
