@@ -129,25 +129,6 @@ TEST_F(FailingFiles, ATextThatMayNotBeReadIsLeftOut) {
   expectNothing(nothingIn(noSuchEntry(kCommonFile)));
 }
 
-TEST_F(FailingFiles, PathsLongerThanTheSystemAllowsNameNothing) {
-  const std::string too_long(5000, 'a');
-  const std::string too_long_in_parts = std::string(300, 'b') + "/c";
-  device.write(kPathFile, too_long + "\n" + too_long_in_parts + "\n");
-  expectNothing(nothingIn(noSuchEntry(too_long) + noSuchEntry(too_long_in_parts)));
-  device.write(kPathFile, too_long + "\n" + pathFileText() + too_long_in_parts);
-  expectRightBlock();
-}
-
-TEST_F(FailingFiles, LinksThatLeadInACircleNameNothing) {
-  std::filesystem::create_symlink("second", "first");
-  std::filesystem::create_symlink("first", "second");
-  device.write(kPathFile, "first\n");
-  expectNothing(nothingIn(noSuchEntry("first")));
-  device.remove(kPathFile);
-  std::filesystem::create_symlink("first", kPathFile);
-  expectNothing(begun() + noSuchPathFile(kPathFile) + noDefaults());
-}
-
 TEST_F(FailingFiles, FilesThatVanishAreMissedByTheNextLoad) {
   expectRightBlock();
   device.write(kPathFile, std::string(kCommonFile) + "\n");

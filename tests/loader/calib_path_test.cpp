@@ -7,35 +7,20 @@
 
 namespace {
 
-constexpr auto kNone = std::string::npos;
-
 TEST(CalibPathFind, PositionOfThePlaceholder) {
   const struct {
     const char* path;
     std::string::size_type position;
-  } rows[] = {
-      {"<country>", 0},
-      {"<country>/calib.conf", 0},
-      {"/vendor/etc/uwb/<country>/calib.conf", 16},
-      {"a<country>b", 1},
-      {"calib_<country>", 6},
-      {"<<country>>", 1},
-      {"<country><country>", 0},
-      {"/<count/<country>/<country>", 8},
-      {"", kNone},
-      {"<", kNone},
-      {"<country", kNone},
-      {"country>", kNone},
-      {"/vendor/etc/country/calib.conf", kNone},
-      {"<COUNTRY>", kNone},
-      {"<Country>", kNone},
-      {"< country>", kNone},
-      {"<country >", kNone},
-      {"{country}", kNone},
-      {"<coun\ntry>", kNone},
-  };
+  } rows[] = {{"<country>", 0},          {"/vendor/etc/uwb/<country>/calib.conf", 16},
+              {"calib_<country>", 6},    {"<<country>>", 1},
+              {"<country><country>", 0}, {"/<count/<country>/<country>", 8}};
   for (const auto& row : rows) {
     EXPECT_EQ(CalibPath::findCountryCodeComponent(row.path), row.position) << row.path;
+  }
+  for (const char* path :
+       {"", "<", "<country", "country>", "/vendor/etc/country/calib.conf", "<COUNTRY>", "<Country>",
+        "< country>", "<country >", "{country}", "<coun\ntry>"}) {
+    EXPECT_EQ(CalibPath::findCountryCodeComponent(path), std::string::npos) << path;
   }
 }
 
@@ -43,29 +28,26 @@ TEST(CalibPathFind, NulIsAnOrdinaryCharacter) {
   EXPECT_EQ(CalibPath::findCountryCodeComponent(std::string("a\0<country>", 11)), 2U);
 }
 
-TEST(CalibPathSet, CodeTakesThePlaceOfThePlaceholder) {
-  EXPECT_EQ(CalibPath::setCountryCodeComponent("/uwb/<country>/calib.conf", 5, "fr"),
-            "/uwb/fr/calib.conf");
-  EXPECT_EQ(CalibPath::setCountryCodeComponent("<country>", 0, "default"), "default");
-  EXPECT_EQ(CalibPath::setCountryCodeComponent("a<country>", 1, "a_long_country_code"),
-            "aa_long_country_code");
-  EXPECT_EQ(CalibPath::setCountryCodeComponent("<country>b", 0, "x"), "xb");
-}
-
-TEST(CalibPathSet, CodeIsLowered) {
-  EXPECT_EQ(CalibPath::setCountryCodeComponent("/<country>/A", 1, "US"), "/us/A");
-}
-
-TEST(CalibPathSet, NoCodeIsUnknown) {
-  EXPECT_EQ(CalibPath::setCountryCodeComponent("/<country>/a", 1, ""), "/unknown/a");
-}
-
-TEST(CalibPathSet, OnlyThePlaceholderAtThePositionIsReplaced) {
-  EXPECT_EQ(CalibPath::setCountryCodeComponent("<country>/<country>", 0, "fr"), "fr/<country>");
-  EXPECT_EQ(CalibPath::setCountryCodeComponent("<country>/<country>", 10, "fr"), "<country>/fr");
-}
-
-TEST(CalibPathSet, CodeIsNotChecked) {
+TEST(CalibPathSet, CodeTakesThePlaceOfThePlaceholderAtThePosition) {
+  const struct {
+    const char* entry;
+    std::string::size_type position;
+    const char* code;
+    const char* path;
+  } rows[] = {
+      {"/uwb/<country>/calib.conf", 5, "fr", "/uwb/fr/calib.conf"},
+      {"<country>", 0, "default", "default"},
+      {"a<country>", 1, "a_long_country_code", "aa_long_country_code"},
+      {"<country>b", 0, "x", "xb"},
+      {"/<country>/A", 1, "US", "/us/A"},
+      {"/<country>/a", 1, "", "/unknown/a"},
+      {"<country>/<country>", 0, "fr", "fr/<country>"},
+      {"<country>/<country>", 10, "fr", "<country>/fr"},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(CalibPath::setCountryCodeComponent(row.entry, row.position, row.code), row.path);
+  }
+  // The code is not checked.
   for (const char* code : {"../x", ".", " ", "a/b", "%s", "<country>", "\xc3\x89"}) {
     EXPECT_EQ(CalibPath::setCountryCodeComponent("/<country>/a", 1, code),
               std::string("/") + code + "/a");

@@ -3,19 +3,13 @@
 
 The model shares nothing with the library. It matches a line against a flat list of complete keys
 where the library walks a tree, and it writes the block field by field with a CRC of its own, so
-that an error in one of the two is not repeated by the other.
-
-    python3 calibration_model.py ROOT [--cwd DIR] [--set KEY=VALUE]... [--capacity N]
-
-prints the log and the block of a load that finds ROOT as '/'. All texts are bytes.
+that an error in one of the two is not repeated by the other. All texts are bytes.
 """
 
-import argparse
 import binascii
 import os
 import re
 import stat
-import sys
 
 DEBUG, INFO, WARNING, ERROR = 3, 4, 5, 6
 
@@ -437,25 +431,3 @@ class Load:
 def hex_rows(data):
     """Sixteen bytes to a row, behind their offset."""
     return [f"{at:03d}  {data[at : at + 16].hex(' ')}" for at in range(0, len(data), 16)]
-
-
-def main():
-    parser = argparse.ArgumentParser(description="Prints the log and the block of one load.")
-    parser.add_argument("root", help="the directory that stands for '/'")
-    parser.add_argument("--cwd", default="/", help="the caller's directory, inside the root")
-    parser.add_argument("--set", action="append", default=[], metavar="KEY=VALUE")
-    parser.add_argument("--capacity", type=int, default=BLOCK_SIZE)
-    parser.add_argument("--stdlib", choices=("libstdc++", "libc++"), default="libstdc++")
-    options = parser.parse_args()
-    tree = FileTree(options.root, os.fsencode(options.cwd))
-    properties = dict(os.fsencode(setting).split(b"=", 1) for setting in options.set)
-    load = Load(tree, properties, options.capacity, options.stdlib)
-    for priority, text in load.log:
-        print(priority, text.decode("latin-1").rstrip("\n"))
-    print(load.result, "bytes")
-    print("\n".join(hex_rows(load.written)))
-    return 0 if load.result else 1
-
-
-if __name__ == "__main__":
-    sys.exit(main())

@@ -1,18 +1,12 @@
 # SPDX-License-Identifier: Apache-2.0
 """Makes random device trees and loads; about half of the trees hold a valid calibration.
 
-Every case follows from its seed and its number alone:
-
-    python3 random_trees.py --seed 7 --case 123 DIR
-
-writes the trees of one case below DIR and prints its commands.
+Every case follows from its seed and its number alone; compare.py runs one again.
 """
 
-import argparse
 import os
 import posixpath
 import random
-import sys
 
 import calibration_model
 import replay
@@ -452,20 +446,3 @@ def draw_capacity(source):
     if share < 0.5:
         return calibration_model.BLOCK_SIZE
     return source.choice((0, 1, 81, 83, 4096)) if share < 0.6 else source.randrange(201)
-
-
-def main():
-    parser = argparse.ArgumentParser(
-        description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter
-    )
-    parser.add_argument("--seed", default="1")
-    parser.add_argument("--case", type=int, default=0)
-    parser.add_argument("directory", help="must not exist yet")
-    options = parser.parse_args()
-    case = Case(options.seed, options.case)
-    print("\n".join(case.write(os.path.abspath(options.directory))))
-    return 0
-
-
-if __name__ == "__main__":
-    sys.exit(main())
