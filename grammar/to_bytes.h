@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -14,11 +15,8 @@
 // 32-bit device.
 template <typename T>
 size_t to_bytes(const T& value, std::vector<uint8_t>& out, EndiannessConversion conversion) {
-  const auto* const first = reinterpret_cast<const uint8_t*>(&value);
-  if (conversion == EndiannessConversion::SwapBytes) {
-    for (size_t i = sizeof(T); i > 0; --i) out.push_back(first[i - 1]);
-  } else {
-    out.insert(out.end(), first, first + sizeof(T));
-  }
+  const auto* const bytes = reinterpret_cast<const uint8_t*>(&value);
+  for (size_t i = 0; i < sizeof(T); ++i) out.push_back(bytes[i]);
+  if (conversion == EndiannessConversion::SwapBytes) std::reverse(out.end() - sizeof(T), out.end());
   return sizeof(T);
 }
