@@ -9,7 +9,7 @@ AstEqual<T>::~AstEqual() = default;
 
 template <typename T>
 bool AstEqual<T>::parse(std::istream& input) {
-  return readName(input) && child.parse(input);
+  return input.good() && input.rdbuf()->sbumpc() == '=' && child.parse(input);
 }
 
 template <typename T>

@@ -1,10 +1,23 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "grammar/ast_node.h"
 
+#include <cstring>
 #include <ostream>
-#include <utility>
 
-AstNode::AstNode(std::string name, int depth) : name(std::move(name)), depth(depth) {}
+#include "grammar/get_area.h"
+
+namespace {
+
+// Reads a name that the get area does not hold whole.
+bool readByCharacter(std::streambuf& text, const std::string& name) {
+  bool equal = true;
+  for (const char c : name) {
+    if (text.sbumpc() != std::streambuf::traits_type::to_int_type(c)) equal = false;
+  }
+  return equal;
+}
+
+}  // namespace
 
 AstNode::~AstNode() = default;
 
@@ -24,23 +37,16 @@ bool AstNode::validate(std::vector<std::string>& /*missing*/, std::vector<std::s
 }
 
 bool AstNode::readName(std::istream& input) const {
-  using Traits = std::istream::traits_type;
   if (!input.good()) return false;
-  // From the buffer: the stream would prepare itself anew for each character.
   std::streambuf& text = *input.rdbuf();
-  bool equal = true;
-  for (const char c : name) {
-    if (text.sbumpc() != Traits::to_int_type(c)) equal = false;
-  }
-  return equal;
+  const std::string_view area = GetArea::of(text);
+  if (area.size() < name.size()) return readByCharacter(text, name);
+  GetArea::skip(text, name.size());
+  return memcmp(area.data(), name.data(), name.size()) == 0;
 }
 
-void AstNode::beginWithName() {
-  beginning = name.empty() ? kAnything : std::istream::traits_type::to_int_type(name.front());
-}
-
-void AstNode::beginWithAnything() {
-  beginning = kAnything;
+void AstNode::expectName() {
+  if (!name.empty()) beginning = std::istream::traits_type::to_int_type(name.front());
 }
 
 void AstNode::printName(std::ostream& out) const {

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <istream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "grammar/endianness_conversion.h"
@@ -16,13 +17,12 @@
 // value, as members. No node knows its parent. The virtual functions keep this order in every
 // class. Nothing here may be used by two threads at once.
 //
-// Nodes read from the stream's buffer where they can, so an exception of the buffer itself may
-// leave them.
+// Nodes read from the stream's buffer where they can, so they throw what the buffer throws.
 class AstNode {
  public:
   // `name` is the literal text that the node matches, `depth` the number of blanks before it in
   // print.
-  AstNode(std::string name, int depth);
+  AstNode(std::string_view name, int depth) : name(name), depth(depth) {}
   AstNode(const AstNode&) = delete;
   AstNode& operator=(const AstNode&) = delete;
 
@@ -50,21 +50,22 @@ class AstNode {
 
   virtual ~AstNode();
 
+  // Promises that the node's text begins with its name, so that its group need not ask it about any
+  // other. For nodes with the parse() of this library: a derived class may have one of its own.
+  void expectName();
+
   // False when a text whose next character is `next` cannot be this node's.
   bool canBeginWith(std::istream::int_type next) const {
     return beginning == kAnything || beginning == next;
   }
 
  protected:
-  // Reads the name; true when it is there.
+  // Reads the name; true when it is there. Always consumes name.size() characters, also after a
+  // difference.
   bool readName(std::istream& input) const;
 
   // Writes the blanks before the node's line, then the name.
   void printName(std::ostream& out) const;
-
-  // For the constructors of nodes whose text begins with their name, or does not.
-  void beginWithName();
-  void beginWithAnything();
 
   const std::string name;
   const int32_t depth;
@@ -72,6 +73,6 @@ class AstNode {
  private:
   static constexpr std::istream::int_type kAnything = std::istream::traits_type::eof();
 
-  // The character with which the node's text begins.
+  // The character with which the node's text begins, if that is known.
   std::istream::int_type beginning = kAnything;
 };

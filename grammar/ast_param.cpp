@@ -1,24 +1,20 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "grammar/ast_param.h"
 
-#include <utility>
-
 namespace {
 
 void appendFullName(std::vector<std::string>& names, const std::vector<std::string>& groups,
                     const std::string& name) {
-  std::string full_name;
-  for (const std::string& group : groups) full_name += group + ".";
-  names.push_back(full_name + name);
+  std::string& full_name = names.emplace_back();
+  for (const std::string& group : groups) full_name.append(group).append(1, '.');
+  full_name += name;
 }
 
 }  // namespace
 
 template <typename T>
-AstParam<T>::AstParam(std::string name, int depth, std::optional<uint8_t> id, T* target)
-    : AstNode(std::move(name), depth), child(0), id(id), target(target) {
-  beginWithName();
-}
+AstParam<T>::AstParam(std::string_view name, int depth, std::optional<uint8_t> id, T* target)
+    : AstNode(name, depth), child(0), id(id), target(target) {}
 
 template <typename T>
 AstParam<T>::~AstParam() = default;

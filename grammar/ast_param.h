@@ -12,7 +12,7 @@ class AstParam : public AstNode {
  public:
   // `id` is the byte before the value in serialize; it plays no part in parsing. `target` is
   // borrowed and must outlive the node; a parameter without one is neither missing nor written.
-  AstParam(std::string name, int depth, std::optional<uint8_t> id, T* target);
+  AstParam(std::string_view name, int depth, std::optional<uint8_t> id, T* target);
 
   bool parse(std::istream& input) override;
   std::string getClass() const override;

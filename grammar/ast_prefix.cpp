@@ -6,6 +6,7 @@
 #include <istream>
 #include <ostream>
 #include <stdexcept>
+#include <utility>
 
 #include "grammar/extract_byte.h"
 
@@ -19,18 +20,16 @@ bool goBack(std::streambuf& text, std::streampos start) {
 void readGroupNumber(std::istream& input) {
   uint8_t number = 0;
   if (extractByte(input >> std::dec, number)) return;
-  // The log says "Value", the exception "value". Both are relied upon as they stand.
+  // The log says "Value", the exception "value". Both are fixed as they stand.
   __android_log_print(ANDROID_LOG_ERROR, nullptr, "Expected Value");
   throw std::invalid_argument("Expected value");
 }
 
 }  // namespace
 
-AstPrefix::AstPrefix(const std::string& name, std::optional<uint8_t> id, int depth,
+AstPrefix::AstPrefix(std::string_view name, std::optional<uint8_t> id, int depth,
                      const std::initializer_list<std::shared_ptr<AstNode>>& children, uint8_t tag)
-    : AstNode(name, depth), tag(tag), id(id), children(children) {
-  beginWithName();
-}
+    : AstNode(name, depth), tag(tag), id(id), children(children) {}
 
 AstPrefix::~AstPrefix() = default;
 
@@ -98,14 +97,15 @@ void AstPrefix::toBuffer(EndiannessConversion conversion) {
 bool AstPrefix::validate(std::vector<std::string>& missing, std::vector<std::string> path) {
   // The number of a group is never part of a path.
   path.push_back(name);
-  return validateChildren(missing, path);
+  return validateChildren(missing, std::move(path));
 }
 
-bool AstPrefix::validateChildren(std::vector<std::string>& missing,
-                                 const std::vector<std::string>& path) {
+bool AstPrefix::validateChildren(std::vector<std::string>& missing, std::vector<std::string> path) {
   bool complete = true;
   for (const std::shared_ptr<AstNode>& child : children) {
-    if (!child->validate(missing, path)) complete = false;
+    // The last child needs no copy.
+    const bool last = &child == &children.back();
+    if (!child->validate(missing, last ? std::move(path) : path)) complete = false;
   }
   return complete;
 }

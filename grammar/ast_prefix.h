@@ -13,7 +13,7 @@ class AstPrefix : public AstNode {
   // `children` are tried, checked, printed and serialized in the given order. `tag` and `id` are
   // the bytes written before them by serialize. A group with an id is written with a number in the
   // text.
-  AstPrefix(const std::string& name, std::optional<uint8_t> id, int depth,
+  AstPrefix(std::string_view name, std::optional<uint8_t> id, int depth,
             const std::initializer_list<std::shared_ptr<AstNode>>& children, uint8_t tag);
 
   bool parse(std::istream& input) override;
@@ -30,7 +30,7 @@ class AstPrefix : public AstNode {
   bool parseChildren(std::istream& input);
   size_t serializeChildren(std::vector<uint8_t>& out, EndiannessConversion conversion) const;
   // Asks every child, also after one that lacks something.
-  bool validateChildren(std::vector<std::string>& missing, const std::vector<std::string>& path);
+  bool validateChildren(std::vector<std::string>& missing, std::vector<std::string> path);
 
  private:
   const uint8_t tag;

@@ -6,9 +6,9 @@
 
 #include <algorithm>
 #include <string_view>
+#include <utility>
 
 #include "grammar/line_reader.h"
-#include "grammar/text_stream.h"
 #include "grammar/to_bytes.h"
 #include "grammar/white_space.h"
 
@@ -16,67 +16,39 @@ namespace {
 
 constexpr uint16_t kMagic = 0xDECA;
 
-// True for two slashes with nothing but white space between them.
-bool holdsDoubleSlash(std::string_view text) {
-  for (size_t slash = text.find('/'); slash != text.npos; slash = text.find('/', slash + 1)) {
-    const std::string_view rest = text.substr(slash + 1);
-    const auto next = std::find_if_not(rest.begin(), rest.end(), isWhiteSpace);
-    if (next != rest.end() && *next == '/') return true;
-  }
-  return false;
-}
-
-// True when a comment mark, "//", "#" or ";", stands in `text`, the part of a line before its first
-// '='. White space does not part two slashes.
-bool holdsCommentMark(std::string_view text) {
-  return text.find('#') != text.npos || text.find(';') != text.npos || holdsDoubleSlash(text);
-}
-
-// Moves the characters of the line that are not white space together, and ends them with NUL.
-// cppcheck-suppress[constParameter] It is the line's characters that change.
-const char* withoutWhiteSpace(Line& line) {
-  char* out = line.begin;
-  for (const char c : line.text()) {
-    if (!isWhiteSpace(c)) *out++ = c;
-  }
-  *out = '\0';
-  return line.begin;
+// Logs the line without its white space. `copy` is where it is put together.
+void logIgnored(std::string_view line, std::string& copy) {
+  if (copy.size() <= line.size()) copy.resize(line.size() + 1);
+  *std::remove_copy_if(line.begin(), line.end(), copy.begin(), isWhiteSpace) = '\0';
+  __android_log_print(ANDROID_LOG_DEBUG, nullptr, "--------------Ignored: %s\n", copy.c_str());
 }
 
 // Blanks around the mark stay, so a key after "[CCC] " starts with a blank and matches nothing.
-void eraseCccMark(Line& line) {
+std::string_view withoutCccMark(const Line& line, std::string& copy) {
   constexpr std::string_view kMark = "[CCC]";
-  const std::string_view text = line.text();
-  // Hardly a line holds a bracket, and one character is found faster than a text.
-  if (text.find(kMark.front()) == text.npos) return;
-  const size_t mark = text.find(kMark);
-  if (mark == text.npos) return;
-  char* const first = line.begin + mark;
-  line.end = std::copy(first + kMark.size(), line.end, first);
+  const size_t mark = line.may_hold_ccc ? line.text.find(kMark) : line.text.npos;
+  if (mark == line.text.npos) return line.text;
+  copy = line.text;
+  return copy.erase(mark, kMark.size());
 }
 
 }  // namespace
 
-AstRoot::AstRoot(const std::string& name, std::optional<uint8_t> id, int depth,
+AstRoot::AstRoot(std::string_view name, std::optional<uint8_t> id, int depth,
                  const std::initializer_list<std::shared_ptr<AstNode>>& children, uint8_t tag)
-    : AstPrefix(name, id, depth, children, tag) {
-  beginWithAnything();
-}
+    : AstPrefix(name, id, depth, children, tag) {}
 
 AstRoot::~AstRoot() = default;
 
 bool AstRoot::parse(std::istream& input) {
   LineReader lines(input);
-  TextStream assignment;
+  std::string copy;  // Of a line that is not read as it stands.
   for (Line line; lines.next(line);) {
-    if (holdsCommentMark(line.key())) {
-      __android_log_print(ANDROID_LOG_DEBUG, nullptr, "--------------Ignored: %s\n",
-                          withoutWhiteSpace(line));
-      continue;
+    if (line.is_comment) {
+      logIgnored(line.text, copy);
+    } else {
+      parseChildren(assignment.over(withoutCccMark(line, copy)));
     }
-    eraseCccMark(line);
-    assignment.setText(line.text());
-    parseChildren(assignment);
   }
   return true;
 }
@@ -97,5 +69,5 @@ size_t AstRoot::serialize(std::vector<uint8_t>& out, EndiannessConversion conver
 }
 
 bool AstRoot::validate(std::vector<std::string>& missing, std::vector<std::string> path) {
-  return validateChildren(missing, path);
+  return validateChildren(missing, std::move(path));
 }

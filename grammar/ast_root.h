@@ -2,17 +2,17 @@
 #pragma once
 
 #include "grammar/ast_prefix.h"
+#include "grammar/text_stream.h"
 
 // The root of a schema tree: reads a whole calibration text, line by line.
 class AstRoot : public AstPrefix {
  public:
   // The root's own name, id and tag match nothing and are not serialized; print shows name and id.
-  AstRoot(const std::string& name, std::optional<uint8_t> id, int depth,
+  AstRoot(std::string_view name, std::optional<uint8_t> id, int depth,
           const std::initializer_list<std::shared_ptr<AstNode>>& children, uint8_t tag);
 
-  // Reads the stream to its end, in blocks ahead of the lines, and returns true. Comments, lines
-  // without '=' and lines that no child takes are skipped. An exception leaves at once, and the
-  // lines before it keep their effect.
+  // Reads the stream to its end and returns true. Comments, lines without '=' and lines that no
+  // child takes are ignored. An exception ends the reading; the lines before it keep their effect.
   bool parse(std::istream& input) override;
   std::string getClass() const override;
 
@@ -23,4 +23,8 @@ class AstRoot : public AstPrefix {
   // The root's name is not part of the names of missing parameters.
   bool validate(std::vector<std::string>& missing, std::vector<std::string> path) override;
   ~AstRoot() override;
+
+ private:
+  // What the children read a line from.
+  TextStream assignment;
 };

@@ -52,7 +52,7 @@ void printValue(std::ostream& out, const std::string& text) {
 }  // namespace
 
 template <typename T>
-AstValue<T>::AstValue(const std::string& name, int depth) : AstNode(name, depth) {}
+AstValue<T>::AstValue(std::string_view name, int depth) : AstNode(name, depth) {}
 
 template <typename T>
 AstValue<T>::~AstValue() = default;

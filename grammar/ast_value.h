@@ -13,7 +13,7 @@
 template <typename T>
 class AstValue : public AstNode {
  public:
-  AstValue(const std::string& name, int depth);
+  AstValue(std::string_view name, int depth);
 
   // Stores the value, over an earlier one. Throws std::invalid_argument("Unexpected value") when
   // there is none or it does not fit.

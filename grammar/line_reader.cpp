@@ -4,55 +4,103 @@
 // For memrchr, which the C libraries of the device and of the hosts have beside the standard.
 #include <string.h>
 
+#include <algorithm>
+
+#include "grammar/get_area.h"
+#include "grammar/white_space.h"
+
+namespace {
+
+// The first `wanted` from `begin` on, or `limit`.
+const char* find(char wanted, const char* begin, const char* limit) {
+  const void* const found = memchr(begin, wanted, static_cast<size_t>(limit - begin));
+  return found == nullptr ? limit : static_cast<const char*>(found);
+}
+
+// The beginning of the line that goes on at `place`, in a text that begins at `begin`.
+const char* lineBegin(const char* begin, const char* place) {
+  const void* const newline = memrchr(begin, '\n', static_cast<size_t>(place - begin));
+  return newline == nullptr ? begin : static_cast<const char*>(newline) + 1;
+}
+
+std::string_view between(const char* begin, const char* end) {
+  return {begin, static_cast<size_t>(end - begin)};
+}
+
+// True for two slashes with nothing but white space between them.
+bool holdsDoubleSlash(std::string_view text) {
+  for (size_t slash = text.find('/'); slash != text.npos; slash = text.find('/', slash + 1)) {
+    const std::string_view rest = text.substr(slash + 1);
+    const auto next = std::find_if_not(rest.begin(), rest.end(), isWhiteSpace);
+    if (next != rest.end() && *next == '/') return true;
+  }
+  return false;
+}
+
+// True when a comment mark, "//", "#" or ";", stands in `key`, the part of a line before its first
+// '='. White space does not part two slashes.
+bool holdsCommentMark(std::string_view key) {
+  return key.find('#') != key.npos || key.find(';') != key.npos || holdsDoubleSlash(key);
+}
+
+// The same for a comment that begins with its mark, as most do. A '=' follows.
+bool beginsWithCommentMark(const char* line) {
+  return line[0] == '#' || line[0] == ';' || (line[0] == '/' && line[1] == '/');
+}
+
+}  // namespace
+
 LineReader::LineReader(std::istream& input) : input(input) {}
 
 bool LineReader::next(Line& line) {
-  while (!findLine(line)) {
-    if (!readLines()) return false;
+  while (!input.good() || !findInArea(line)) {
+    if (!readPartial()) return false;
+    const std::string_view text = partial;
+    const size_t equal = text.find('=');
+    if (equal == text.npos) continue;
+    line = {text, holdsCommentMark(text.substr(0, equal)), true};
+    return true;
   }
   return true;
 }
 
-bool LineReader::findLine(Line& line) {
-  char* const lines = &block[first];
-  const size_t size = complete - first;
-  line.equal = static_cast<char*>(memchr(lines, '=', size));
-  if (line.equal == nullptr) return false;
-  const auto before = static_cast<size_t>(line.equal - lines);
-  auto* const newline = static_cast<char*>(memrchr(lines, '\n', before));
-  line.begin = newline == nullptr ? lines : newline + 1;
-  line.end = static_cast<char*>(memchr(line.equal, '\n', size - before));
-  first = static_cast<size_t>(line.end - block.data()) + 1;
+bool LineReader::readPartial() {
+  // Where the area ends the text, the line takes no more. std::getline() would not throw for want
+  // of memory: it would end the text.
+  if (input.good()) partial.reserve(GetArea::of(*input.rdbuf()).size());
+  if (!std::getline(input, partial)) return false;
+  // The area is another one now.
+  nearest = nullptr;
+  for (Mark& mark : marks) mark.place = nullptr;
   return true;
 }
 
-bool LineReader::readLines() {
-  filled -= complete;
-  memmove(block.data(), &block[complete], filled);
-  first = 0;
-  complete = 0;
-  while (complete == 0) {
-    const size_t searched = filled;
-    if (!readBlock() && !endLastLine()) return false;
-    const void* const newline = memrchr(&block[searched], '\n', filled - searched);
-    if (newline != nullptr) {
-      complete = static_cast<size_t>(static_cast<const char*>(newline) - block.data()) + 1;
+bool LineReader::findInArea(Line& line) {
+  std::streambuf& text = *input.rdbuf();
+  const std::string_view area = GetArea::of(text);
+  if (area.empty()) return false;
+  const char* const limit = area.data() + area.size();
+  const char* const equal = find('=', area.data(), limit);
+  const char* const end = find('\n', equal, limit);
+  const char* const begin = lineBegin(area.data(), equal);
+  const bool whole = end != limit;
+  GetArea::skip(text, static_cast<size_t>((whole ? end + 1 : begin) - area.data()));
+  if (!whole) return false;
+  line.text = between(begin, end);
+  line.is_comment = beginsWithCommentMark(begin);
+  if (line.is_comment) return true;
+  line.may_hold_ccc = holdsMark(begin, end, limit);
+  line.is_comment = line.may_hold_ccc && holdsCommentMark(between(begin, equal));
+  return true;
+}
+
+bool LineReader::holdsMark(const char* begin, const char* end, const char* limit) {
+  if (nearest < begin) {
+    nearest = limit;
+    for (Mark& mark : marks) {
+      if (mark.place < begin) mark.place = find(mark.character, begin, limit);
+      nearest = std::min(nearest, mark.place);
     }
   }
-  return true;
-}
-
-bool LineReader::readBlock() {
-  constexpr size_t kBlockSize = 4096;
-  // One more place, for the '\n' that the last line may lack.
-  block.resize(filled + kBlockSize + 1);
-  input.read(&block[filled], kBlockSize);
-  filled += static_cast<size_t>(input.gcount());
-  return input.gcount() > 0;
-}
-
-bool LineReader::endLastLine() {
-  if (filled == 0) return false;
-  block[filled++] = '\n';
-  return true;
+  return nearest < end;
 }

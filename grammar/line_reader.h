@@ -1,47 +1,45 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <array>
 #include <istream>
 #include <string>
 #include <string_view>
 
-// A line that holds a '=', without its '\n'. It lies in the memory of its reader and may be changed
-// in place.
+// A line that holds a '=', without its '\n'.
 struct Line {
-  char* begin = nullptr;
-  char* equal = nullptr;  // Its first '='.
-  char* end = nullptr;
-
-  std::string_view key() const { return {begin, static_cast<size_t>(equal - begin)}; }
-  std::string_view text() const { return {begin, static_cast<size_t>(end - begin)}; }
+  std::string_view text;
+  bool is_comment = false;   // "//", "#" or ";" stands before its first '='.
+  bool may_hold_ccc = true;  // False when no "[CCC]" can be in it.
 };
 
-// Finds the lines of a stream that hold a '='. The stream is read in blocks, and each is searched
-// for the next '=': the lines without one, most comments among them, cost next to nothing.
+// Finds the lines of a stream that hold a '='. They are searched for in the stream's get area, so
+// that the lines without one, most comments among them, cost next to nothing.
 class LineReader {
  public:
-  // The stream is borrowed, and read ahead of the lines that have been handed out.
+  // The stream is borrowed.
   explicit LineReader(std::istream& input);
 
-  // Moves to the next line with a '='; false when there is none up to the end of the stream. The
-  // line stays until the next call, and a character may be written to its end.
+  // Moves to the next line with a '='; false when there is none up to the end of the stream, as
+  // std::getline() tells it. The line stays until the next call.
   bool next(Line& line);
 
  private:
-  // Finds the next line with a '=' among the complete lines.
-  bool findLine(Line& line);
-  // Drops the complete lines and reads on until there are others. False at the end of the stream.
-  bool readLines();
-  // Reads a block of text behind what has been read. False at the end of the stream.
-  bool readBlock();
-  // Gives the last line of the stream the '\n' that it lacks. False when nothing is left.
-  bool endLastLine();
+  // Where a character stands next: a text is searched for it once, not once per line.
+  struct Mark {
+    char character;
+    const char* place = nullptr;
+  };
+
+  // Reads the line that the area does not hold whole. False at the end of the stream.
+  bool readPartial();
+  // True if any mark is in [begin, end), in a text that ends at `limit`. `begin` never goes back.
+  bool holdsMark(const char* begin, const char* end, const char* limit);
+  // Finds a line in the stream's get area, or consumes all whole lines there.
+  bool findInArea(Line& line);
 
   std::istream& input;
-  // The block holds, in this order: lines that are done with; complete lines, each with its '\n',
-  // from `first` on; the beginning of a line, from `complete` on; room, from `filled` on.
-  std::string block;
-  size_t first = 0;
-  size_t complete = 0;
-  size_t filled = 0;
+  std::array<Mark, 4> marks{{{'#'}, {';'}, {'/'}, {'['}}};
+  const char* nearest = nullptr;  // The first place of a mark.
+  std::string partial;            // A line that the area does not hold whole.
 };

@@ -1,54 +1,45 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "grammar/plain_number.h"
 
-#include <ios>
+#include <charconv>
 
+#include "grammar/get_area.h"
 #include "grammar/white_space.h"
 
 namespace {
 
-using Traits = std::streambuf::traits_type;
-
-// The value of a digit; for any other character, a number that is no digit in any base.
-uint32_t digitOf(int c) {
-  if (c >= '0' && c <= '9') return static_cast<uint32_t>(c - '0');
-  // From 'g' or 'G' on, 16 or more.
-  if (c >= 'a') return static_cast<uint32_t>(c - 'a' + 10);
-  if (c >= 'A') return static_cast<uint32_t>(c - 'A' + 10);
-  return 16;
+// The number at the beginning of `area`, and the count of its characters; 0 for one that is not in
+// a plain spelling. What follows it is not looked at.
+size_t parsePlain(std::string_view area, uint32_t& number) {
+  const bool zero = !area.empty() && area[0] == '0';
+  const bool hexadecimal = zero && area.size() > 1 && (area[1] == 'x' || area[1] == 'X');
+  const char* const digits = area.data() + (hexadecimal ? 2 : 0);
+  const auto [end, error] =
+      std::from_chars(digits, area.data() + area.size(), number, hexadecimal ? 16 : 10);
+  const ptrdiff_t count = end - digits;
+  const ptrdiff_t most = hexadecimal ? 8 : zero ? 1 : 9;
+  if (error != std::errc() || count > most) return 0;
+  return static_cast<size_t>(end - area.data());
 }
 
-// Reads one to `most` digits of the base from `c` on, up to the end of the number.
-std::optional<uint32_t> readDigits(std::streambuf& text, int c, uint32_t base, int most) {
-  uint32_t value = 0;
-  int count = 0;
-  for (uint32_t digit = digitOf(c); count < most && digit < base; digit = digitOf(c)) {
-    value = value * base + digit;
-    ++count;
-    c = text.snextc();
-  }
-  const bool ends = c == Traits::eof() || isWhiteSpace(Traits::to_char_type(c));
-  if (!ends || count == 0) return std::nullopt;
-  return value;
-}
-
-std::optional<uint32_t> readNumber(std::streambuf& text) {
-  const int first = text.sgetc();
-  if (first != '0') return readDigits(text, first, 10, 9);
-  const int second = text.snextc();
-  if (second == 'x' || second == 'X') return readDigits(text, text.snextc(), 16, 8);
-  if (second == Traits::eof() || isWhiteSpace(Traits::to_char_type(second))) return 0;
-  return std::nullopt;
+// True at the end of the text and before white space.
+bool endsHere(std::streambuf& text) {
+  using Traits = std::streambuf::traits_type;
+  const Traits::int_type next = text.sgetc();
+  return next == Traits::eof() || isWhiteSpace(Traits::to_char_type(next));
 }
 
 }  // namespace
 
 std::optional<uint32_t> readPlainNumber(std::streambuf& text, uint32_t largest) {
+  uint32_t number = 0;
+  const size_t count = parsePlain(GetArea::of(text), number);
+  if (count == 0 || number > largest) return std::nullopt;
   const std::streampos start = text.pubseekoff(0, std::ios_base::cur, std::ios_base::in);
   // There must be a way back.
   if (start == std::streampos(std::streamoff(-1))) return std::nullopt;
-  const std::optional<uint32_t> number = readNumber(text);
-  if (number.has_value() && *number <= largest) return number;
+  GetArea::skip(text, count);
+  if (endsHere(text)) return number;
   text.pubseekpos(start, std::ios_base::in);
   return std::nullopt;
 }

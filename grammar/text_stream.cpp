@@ -1,22 +1,17 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "grammar/text_stream.h"
 
-TextStream::TextStream() : std::istream(nullptr) {
-  rdbuf(&buffer);
-}
-
-TextStream::TextStream(std::string_view text) : TextStream() {
-  setText(text);
-}
-
-void TextStream::setText(std::string_view text) {
+std::istream& TextStream::over(std::string_view text) {
   buffer.setText(text);
-  if (!good()) clear();
-  flags(std::ios_base::skipws | std::ios_base::dec);
+  if (stream.exceptions() != std::ios_base::goodbit) stream.exceptions(std::ios_base::goodbit);
+  if (!stream.good()) stream.clear();
+  stream.flags(std::ios_base::skipws | std::ios_base::dec);
+  stream.width(0);
+  return stream;
 }
 
 void TextStream::Buffer::setText(std::string_view text) {
-  // A get area is not written to, yet the language has no type for one that cannot be.
+  // A get area is not written to, yet its type allows it.
   char* const first = const_cast<char*>(text.data());
   setg(first, first, first + text.size());
 }

@@ -5,17 +5,14 @@
 #include <streambuf>
 #include <string_view>
 
-// An input stream over a text in memory, which it reads in place. One stream can be pointed at one
-// text after the other, which costs next to nothing, while a string stream is built and copies its
-// text each time.
-class TextStream : public std::istream {
+// An input stream that reads texts in memory where they lie, one after the other. Making a stream
+// takes longer than reading a line, so one serves many lines.
+class TextStream {
  public:
-  TextStream();
-  explicit TextStream(std::string_view text);
-
-  // Starts at the beginning of `text` with no error, numbers in decimal and white space skipped.
-  // The text is borrowed and must stay while it is read.
-  void setText(std::string_view text);
+  // The stream at the beginning of `text`, in the state of a new one: no error, no width, no
+  // exceptions, decimal numbers, white space skipped. The text is borrowed and must stay while it
+  // is read.
+  std::istream& over(std::string_view text);
 
  private:
   class Buffer final : public std::streambuf {
@@ -29,4 +26,5 @@ class TextStream : public std::istream {
   };
 
   Buffer buffer;
+  std::istream stream{&buffer};
 };

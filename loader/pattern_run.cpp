@@ -27,8 +27,7 @@ bool parse_pattern(AstRoot& tree, const std::vector<calibration>& calibrations) 
   bool parsed = false;
   TextStream text;
   for (const calibration& file : calibrations) {
-    text.setText(file.content);
-    if (parse_file(tree, file.path, text)) parsed = true;
+    if (parse_file(tree, file.path, text.over(file.content))) parsed = true;
   }
   return parsed;
 }

@@ -13,13 +13,16 @@
 // fills, and a group without a number.
 
 template <typename T>
-std::shared_ptr<AstParam<T>> param(const char* name, int depth, std::optional<uint8_t> id,
-                                   T* target) {
-  return std::make_shared<AstParam<T>>(name, depth, id, target);
+std::shared_ptr<AstNode> param(const char* name, int depth, std::optional<uint8_t> id, T* target) {
+  auto node = std::make_shared<AstParam<T>>(name, depth, id, target);
+  node->expectName();
+  return node;
 }
 
 inline std::shared_ptr<AstPrefix> group(
     const std::string& name, int depth, uint8_t tag,
     const std::initializer_list<std::shared_ptr<AstNode>>& children) {
-  return std::make_shared<AstPrefix>(name, std::nullopt, depth, children, tag);
+  auto node = std::make_shared<AstPrefix>(name, std::nullopt, depth, children, tag);
+  node->expectName();
+  return node;
 }

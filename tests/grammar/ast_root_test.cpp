@@ -394,6 +394,26 @@ TEST_P(AstRootOrder, EveryLineStartsFromAFreshState) {
 }
 
 // The first group has read a number and a value's key when it gives up; the second starts anew.
+TEST_P(AstRootOrder, WidthAndExceptionsOfOneLineDoNotReachTheNext) {
+  // Reads nothing, and leaves the stream as no other node expects it.
+  class Careless : public AstNode {
+   public:
+    Careless() : AstNode("", 0) {}
+    bool parse(std::istream& input) override {
+      input.width(1);
+      input.exceptions(std::ios_base::eofbit);
+      return true;
+    }
+    size_t serialize(std::vector<uint8_t>&, EndiannessConversion) const override { return 0; }
+  };
+  std::string word;
+  AstRoot root("", std::nullopt, 0, {group("a", {std::make_shared<Careless>()}), param("w", &word)},
+               0);
+  root.parse(*stream("a.=\nw=long\n"));
+  root.toBuffer(kNoConversion);
+  EXPECT_EQ(word, "long");
+}
+
 TEST_P(AstRootOrder, EveryChildStartsFromTheSameText) {
   AstRoot tree("", std::nullopt, 0,
                {numberedGroup("grp", 0, {group("x", {param("a", &first)})}),

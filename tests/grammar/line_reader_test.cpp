@@ -5,9 +5,12 @@
 #include <gtest/gtest.h>
 
 #include <sstream>
+#include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "grammar/text_stream.h"
 #include "tests/kit/any_stream.h"
 
 namespace {
@@ -15,10 +18,25 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
+// Holds a text and throws where it ends.
+class FailingBuffer : public std::streambuf {
+ public:
+  explicit FailingBuffer(std::string text) : text(std::move(text)) {
+    char* const first = this->text.data();
+    setg(first, first, first + this->text.size());
+  }
+
+ protected:
+  int_type underflow() override { throw std::runtime_error("read error"); }
+
+ private:
+  std::string text;
+};
+
 std::vector<std::string> linesOf(std::istream& input) {
   std::vector<std::string> lines;
   LineReader reader(input);
-  for (Line line; reader.next(line);) lines.emplace_back(line.text());
+  for (Line line; reader.next(line);) lines.emplace_back(line.text);
   return lines;
 }
 
@@ -66,13 +84,42 @@ TEST_P(LineReaderOf, OnlyTheLineFeedEndsALine) {
               ElementsAre(std::string("a=\0b", 4), std::string("c\0=", 3)));
 }
 
-TEST_P(LineReaderOf, KeyEndsAtTheFirstEqualSign) {
-  const auto input = streamOf(GetParam(), "x\nab=c=d\n");
+// Whether the only line of the text with a '=' is a comment.
+bool isComment(StreamKind kind, const std::string& text) {
+  const auto input = streamOf(kind, text);
   LineReader reader(*input);
   Line line;
-  ASSERT_TRUE(reader.next(line));
-  EXPECT_EQ(line.key(), "ab");
-  EXPECT_EQ(line.text(), "ab=c=d");
+  EXPECT_TRUE(reader.next(line)) << text;
+  return line.is_comment;
+}
+
+TEST_P(LineReaderOf, ACommentMarkStandsBeforeTheFirstEqualSign) {
+  for (const char* const line : {"#=", "# a=1", "a#=1", " #a=1", ";=", "; a=1", "a ;=1", "//=1",
+                                 "// a=1", "a//=1", "/ /=", "/\t/a=1", "a/b/\r/=1", "///="}) {
+    for (const char* const before : {"", "x\n", "#\n;\n//\n"}) {
+      EXPECT_TRUE(isComment(GetParam(), before + std::string(line) + "\n")) << before << line;
+      EXPECT_TRUE(isComment(GetParam(), before + std::string(line))) << before << line;
+    }
+  }
+  for (const char* const line :
+       {"=#", "a=1 # b", "a=;", "a=//", "a=1//=", "/=/", "/a/=1", "/=", "a/=1"}) {
+    for (const char* const after : {"", "\n", "\n#\n//", "\n;"}) {
+      EXPECT_FALSE(isComment(GetParam(), line + std::string(after))) << line << after;
+    }
+  }
+}
+
+TEST_P(LineReaderOf, EveryLineIsJudgedByItsOwnMarks) {
+  const auto input =
+      streamOf(GetParam(), "a=1\n#b=1\nc=#\nd=1\n;e\nf=1\ng;=1\n/ /=1\nh=1[CCC]\ni=");
+  LineReader reader(*input);
+  std::string comments;
+  for (Line line; reader.next(line);) {
+    comments += line.is_comment ? '#' : '.';
+    // Only a line that holds no "[CCC]" may be said to hold none.
+    EXPECT_TRUE(line.may_hold_ccc || line.text.find("[CCC]") == line.text.npos) << line.text;
+  }
+  EXPECT_EQ(comments, ".#...##..");
 }
 
 TEST_P(LineReaderOf, LinesOfEveryLengthAroundABlockAreWhole) {
@@ -89,34 +136,38 @@ TEST_P(LineReaderOf, LinesOfEveryLengthAroundABlockAreWhole) {
   }
 }
 
-TEST(LineReader, ALineMayBeChangedUpToItsEnd) {
-  std::istringstream input("abc=1\ndef=2\nghi=3");
-  LineReader reader(input);
-  for (Line line; reader.next(line);) {
-    std::fill(line.begin, line.end, '=');
-    *line.end = '\0';
-  }
-  input.clear();
-  input.str("abc=1\ndef=2\nghi=3");
-  EXPECT_THAT(linesOf(input), ElementsAre("abc=1", "def=2", "ghi=3"));
-}
-
-TEST(LineReader, ChangesToALineDoNotReachTheNextOne) {
-  std::istringstream input("abc=1\ndef=2");
-  LineReader reader(input);
+TEST(LineReader, ALineLiesWhereTheTextOfTheStreamLies) {
+  const std::string text = "x\nabc=1\ndef=2\n";
+  TextStream stream;
+  LineReader reader(stream.over(text));
   Line line;
   ASSERT_TRUE(reader.next(line));
-  std::fill(line.begin, line.end + 1, '#');
+  EXPECT_EQ(line.text.data(), text.data() + 2);
   ASSERT_TRUE(reader.next(line));
-  EXPECT_EQ(line.text(), "def=2");
-  *line.end = '=';
-  EXPECT_FALSE(reader.next(line));
+  EXPECT_EQ(line.text.data(), text.data() + 8);
+}
+
+TEST(LineReader, ALineThatAReadErrorCutsOffIsDropped) {
+  FailingBuffer text("a=1\nb=2\nc=3");
+  std::istream input(&text);
+  EXPECT_THAT(linesOf(input), ElementsAre("a=1", "b=2"));
+  EXPECT_TRUE(input.bad());
 }
 
 TEST(LineReader, ReadsTheStreamToItsEnd) {
   std::istringstream input("a=1\nb\n");
   EXPECT_THAT(linesOf(input), ElementsAre("a=1"));
   EXPECT_TRUE(input.eof());
+  EXPECT_TRUE(input.fail());
+}
+
+TEST(LineReader, ThrowsAtTheEndWhatTheStreamThrows) {
+  std::istringstream input("a=1\n");
+  input.exceptions(std::ios_base::failbit);
+  LineReader reader(input);
+  Line line;
+  EXPECT_TRUE(reader.next(line));
+  EXPECT_THROW(reader.next(line), std::ios_base::failure);
 }
 
 TEST(LineReader, AFailedStreamHasNoLines) {

@@ -38,9 +38,10 @@ struct Plain {
 };
 
 Plain plain(std::string_view text, uint32_t largest = kLargest) {
-  TextStream input(text);
-  const std::optional<uint32_t> value = readPlainNumber(*input.rdbuf(), largest);
-  return {value, input.rdbuf()->pubseekoff(0, std::ios_base::cur, std::ios_base::in)};
+  TextStream texts;
+  std::streambuf& buffer = *texts.over(text).rdbuf();
+  const std::optional<uint32_t> value = readPlainNumber(buffer, largest);
+  return {value, buffer.pubseekoff(0, std::ios_base::cur, std::ios_base::in)};
 }
 
 // A number that is taken is what the stream's own extraction would have made of the text, and a

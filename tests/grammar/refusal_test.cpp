@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// A parent may refuse a text for a child that begins with its name, and for no other.
+// A group need not ask a child about a text that does not begin with its name, if the child was
+// said to expect that. Every other child is asked.
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -34,6 +35,37 @@ void parse(const std::shared_ptr<AstNode>& child, const std::string& text) {
 
 TEST(Refusal, NodeOfAnotherKindIsAskedWhateverItsName) {
   const auto child = std::make_shared<AnyText>("label");
+  parse(child, "other=1");
+  EXPECT_EQ(child->text, "other=1");
+}
+
+// A parameter with a parse of its own.
+class Alias : public AstParam<uint8_t> {
+ public:
+  using AstParam::AstParam;
+  bool parse(std::istream& input) override { return input.get() == '$' && AstParam::parse(input); }
+};
+
+TEST(Refusal, DerivedParameterIsAsked) {
+  uint8_t target = 0;
+  const auto alias = std::make_shared<Alias>("a", 0, std::nullopt, &target);
+  parse(alias, "$a=5");
+  alias->toBuffer(EndiannessConversion::NoConversion);
+  EXPECT_EQ(target, 5);
+}
+
+TEST(Refusal, ChildThatExpectsItsNameIsAskedOnlyAboutItsFirstCharacter) {
+  const auto child = std::make_shared<AnyText>("label");
+  child->expectName();
+  parse(child, "other=1");
+  EXPECT_EQ(child->text, "");
+  parse(child, "less=1");
+  EXPECT_EQ(child->text, "less=1");
+}
+
+TEST(Refusal, ChildThatExpectsAnEmptyNameIsAsked) {
+  const auto child = std::make_shared<AnyText>("");
+  child->expectName();
   parse(child, "other=1");
   EXPECT_EQ(child->text, "other=1");
 }
