@@ -52,7 +52,7 @@ void checkViews(const Bytes& block) {
   require(readBlock(hexOf(block)) == block, "hexadecimal text reads as what it was written from");
   require(!dumpOf(block).empty() && !cArrayOf(block).empty(), "every block has a dump");
   require(!mapOf(block, Paint(true)).empty(), "every block has a map");
-  require(!JsonValue(jsonOf(block)).document().empty(), "every block has a JSON form");
+  require(!documentOf(jsonOf(block)).empty(), "every block has a JSON form");
   require(differingFields(block, block).empty(), "a block does not differ from itself");
   for (const BlockField& field : kBlockFields) {
     require(meaningOf(block, field).find('\n') == std::string::npos, "a meaning is one line");

@@ -25,9 +25,7 @@ int run(int argc, char** argv) {
   const Outcome outcome = request.run == nullptr
                               ? Outcome{kGood, request.answer, {}}
                               : request.run(options, Paint(wantsColour(options)));
-  if (!outcome.remark.empty() && !options.quiet) {
-    std::cerr << kErrorPrefix << outcome.remark << '\n';
-  }
+  if (!outcome.failure.empty()) std::cerr << kErrorPrefix << outcome.failure << '\n';
   if (outcome.result.has_value()) writeOutput(options.output, *outcome.result);
   return outcome.status;
 }

@@ -118,9 +118,12 @@ class Build(CommandTest):
         subprocess.run(["cc", "-Wall", "-Werror", source, "-o", program], check=True)
         self.assertEqual(subprocess.run([program], capture_output=True).stdout, self.block())
 
-    def test_no_valid_calibration_is_status_1(self):
-        result = run("build", "-q", "--root", self.folder)
-        self.assertEqual((result.returncode, result.stdout, result.stderr), (1, b"", b""))
+    def test_quiet_shows_why_there_is_no_valid_calibration(self):
+        shutil.copytree(EXAMPLES, self.folder, dirs_exist_ok=True)
+        (self.folder / "vendor/etc/uwb/us/calib.conf").write_text("edge.port=300\n")
+        result = run("build", "-q", "--root", self.folder, "--country", "US")
+        self.assertEqual((result.returncode, result.stdout), (1, b""))
+        self.golden("build_failure", result.stderr)
 
     def test_no_valid_calibration_keeps_the_old_file(self):
         file = self.folder / "block.bin"
@@ -135,6 +138,19 @@ class Build(CommandTest):
         result = run("build", "--root", self.folder, "--country", "US", "--path-file", "/mine",
                      "--format", "binary")
         self.assertEqual(result.stdout, self.block("DE"))
+
+    def test_path_file_is_one_of_the_tree(self):
+        shutil.copytree(EXAMPLES, self.folder / "tree")
+        mine = self.folder / "tree/mine"
+        mine.write_text("/vendor/etc/uwb/common.conf\n")
+        for arguments in (["build"], ["explain"], ["matrix"], ["diff", "tree", "tree"]):
+            root = [] if arguments[0] == "diff" else ["--root", "tree"]
+            for path in ("/missing", "tree/mine", str(mine)):
+                self.fails(run(*arguments, *root, "--path-file", path, cwd=self.folder),
+                           f"cannot open the path file {path} in the tree tree: "
+                           "No such file or directory")
+        self.fails(run("build", "--path-file", "/no/such"),
+                   "cannot open the path file /no/such: No such file or directory")
 
     def test_capacity_cuts_the_block(self):
         result = run("build", "--root", EXAMPLES, "--country", "US", "--capacity", 10)
@@ -299,6 +315,15 @@ class Explain(CommandTest):
             result = run("explain", "--root", EXAMPLES, "--country", "DE", "--format", form)
             self.assertEqual((result.returncode, result.stderr), (0, b""))
             self.golden(f"explain.{form}", result.stdout)
+
+    def test_countries_are_in_lower_case(self):
+        result = run("explain", "--root", EXAMPLES, "--country", "DE")
+        self.assertTrue(result.stdout.startswith(b"country de, path file "))
+        self.assertEqual(run("explain", "--root", EXAMPLES, "--country", "de").stdout, result.stdout)
+        result = run("explain", "--root", EXAMPLES, "--country", "DE", "--format", "json")
+        self.assertEqual(json.loads(result.stdout)["country"], "de")
+        result = run("lint", "--root", EXAMPLES, "--country", "DE", "--format", "json")
+        self.assertEqual(json.loads(result.stdout)["findings"][0]["countries"], ["de"])
 
     def test_log_of_the_library_on_request(self):
         result = run("explain", "--root", EXAMPLES, "--country", "DE", "--log")

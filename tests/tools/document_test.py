@@ -10,7 +10,7 @@ import subprocess
 import unittest
 from pathlib import Path
 
-from command_test import COMMAND, EXAMPLES, PROJECT, CommandTest, run
+from command_test import COMMAND, EXAMPLES, GOLDEN, PROJECT, CommandTest, run
 
 COMPLETION = PROJECT / "tools/install"
 MANUAL = PROJECT / "tools/install/tarnix-uwb-params.1"
@@ -56,6 +56,17 @@ class Documents(CommandTest):
 
     def test_examples_of_the_command_are_true(self):
         self.check(PROJECT / "docs/command.md")
+
+    def test_every_member_of_json_is_documented(self):
+        table = (PROJECT / "docs/command.md").read_text().split("## JSON")[1]
+        rows = {row: text for row, text in re.findall(r"^\| `(\w+)` \| (.*) \|$", table, re.M)}
+        rows["decode"] += rows["build"]
+        for command, name in (("build", "build_json"), ("decode", "decode.json"),
+                              ("lint", "lint.json"), ("explain", "explain.json"),
+                              ("matrix", "matrix.json"), ("diff", "diff.json")):
+            members = set(re.findall(r'"(\w+)": ', (GOLDEN / name).read_text()))
+            self.assertEqual(members - {"format_version"} - set(re.findall(r"`(\w+)`", rows[command])),
+                             set(), command)
 
     def test_examples_of_the_readme_are_true(self):
         self.check(PROJECT / "README.md")

@@ -25,24 +25,32 @@ TEST(Text, WidthCountsCharacters) {
   EXPECT_EQ(padded("caf\xC3\xA9", 6), "caf\xC3\xA9  ");
 }
 
+// The document without the version.
+std::string written(const JsonValue& value) {
+  return foreignDocumentOf({{"value", value}});
+}
+
 TEST(Json, WritesNumbersTextsAndEmptyLists) {
-  const JsonMembers members = {{"largest", UINT32_MAX},
+  EXPECT_EQ(foreignDocumentOf({{"largest", UINT32_MAX},
                                {"long", uint64_t{1} << 40},
                                {"none", std::vector<std::string>{}},
-                               {"yes", true}};
-  EXPECT_EQ(JsonValue(members).document(),
+                               {"yes", true}}),
             "{\n  \"largest\": 4294967295,\n  \"long\": 1099511627776,\n  \"none\": [],\n"
             "  \"yes\": true\n}\n");
 }
 
+TEST(Json, NamesTheVersionOfTheCommandsFormats) {
+  EXPECT_EQ(documentOf({}), "{\n  \"format_version\": 1\n}\n");
+}
+
 TEST(Json, EscapesWhatJsonForbids) {
-  EXPECT_EQ(JsonValue("a\"b\\\n\x01").document(), "\"a\\\"b\\\\\\n\\u0001\"\n");
-  EXPECT_EQ(JsonValue(std::string("a\0b", 3)).document(), "\"a\\u0000b\"\n");
+  EXPECT_EQ(written("a\"b\\\n\x01"), "{\n  \"value\": \"a\\\"b\\\\\\n\\u0001\"\n}\n");
+  EXPECT_EQ(written(std::string("a\0b", 3)), "{\n  \"value\": \"a\\u0000b\"\n}\n");
 }
 
 TEST(Json, ReplacesBytesThatAreNoUtf8) {
-  EXPECT_EQ(JsonValue(std::string("\xC3(\xFF\xC3\xA9")).document(),
-            "\"\xEF\xBF\xBD(\xEF\xBF\xBD\xC3\xA9\"\n");
+  EXPECT_EQ(written(std::string("\xC3(\xFF\xC3\xA9")),
+            "{\n  \"value\": \"\xEF\xBF\xBD(\xEF\xBF\xBD\xC3\xA9\"\n}\n");
 }
 
 }  // namespace

@@ -27,12 +27,12 @@ struct Options {
   std::vector<std::string> ignored_rules;
 };
 
-// What a subcommand returns: the exit status, the result for the output, if any, and a line for the
-// standard error.
+// What a subcommand returns: the exit status, the result for the output, if any, and why there is
+// none, in one line.
 struct Outcome {
   int status = 0;
   std::optional<std::string> result;
-  std::string remark;
+  std::string failure;
 };
 
 constexpr int kGood = 0;

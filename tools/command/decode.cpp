@@ -91,7 +91,7 @@ std::string asJson(const Bytes& block, const Verdict& verdict) {
   JsonMembers json = jsonOf(block);
   if (verdict.whole) json.emplace_back("crc", crcJson(verdict.crc));
   json.emplace_back("problems", verdict.problems);
-  return JsonValue(json).document();
+  return documentOf(json);
 }
 
 }  // namespace

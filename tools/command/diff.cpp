@@ -6,9 +6,8 @@
 #include "tools/block/difference.h"
 #include "tools/block/reader.h"
 #include "tools/block/view.h"
-#include "tools/command/command.h"
+#include "tools/command/tree.h"
 #include "tools/device/device_library.h"
-#include "tools/device/open_redirect.h"
 
 namespace {
 
@@ -18,10 +17,9 @@ bool isDirectory(const std::string& path) {
 }
 
 // The block of a tree, empty without a valid calibration; or the block in a file.
-Bytes blockFrom(const std::string& operand, const DeviceLibrary& library) {
+Bytes blockFrom(const std::string& operand, const Options& options, const DeviceLibrary& library) {
   if (!isDirectory(operand)) return readBlock(readInput(operand));
-  const TargetRoot root(operand);
-  const OpenRedirect redirect(root);
+  const Tree tree(operand, options);
   return library.load(kBlockSize);
 }
 
@@ -59,7 +57,7 @@ std::string asJson(const Bytes& a, const Bytes& b) {
                                          {"a", sideJson(a, *field)},
                                          {"b", sideJson(b, *field)}});
   }
-  return JsonValue(JsonMembers{{"differences", differences}}).document();
+  return documentOf({{"differences", differences}});
 }
 
 }  // namespace
@@ -71,9 +69,8 @@ Outcome diff(const Options& options, const Paint& paint) {
     throw std::runtime_error("only one of the two can be the standard input");
   }
   const DeviceLibrary library(options.library);
-  setDeviceProperties(options.country.value_or(""), options.path_file);
-  const Bytes a = blockFrom(first, library);
-  const Bytes b = blockFrom(second, library);
+  const Bytes a = blockFrom(first, options, library);
+  const Bytes b = blockFrom(second, options, library);
   for (const std::string* operand : {a.empty() ? &first : nullptr, b.empty() ? &second : nullptr}) {
     if (operand != nullptr) return {kFindings, std::nullopt, "no valid calibration in " + *operand};
   }

@@ -2,9 +2,7 @@
 #include <functional>
 
 #include "tools/block/view.h"
-#include "tools/command/command.h"
-#include "tools/device/device_library.h"
-#include "tools/device/open_redirect.h"
+#include "tools/command/tree.h"
 #include "tools/trace/countries.h"
 #include "tools/trace/load_trace.h"
 
@@ -210,7 +208,7 @@ JsonValue fieldsJson(const LoadTrace& trace) {
   return fields;
 }
 
-JsonValue asJson(const LoadTrace& trace) {
+JsonMembers jsonOf(const LoadTrace& trace) {
   JsonMembers json = {{"country", trace.country}, {"valid", trace.block.has_value()}};
   if (!trace.block.has_value()) json.emplace_back("problem", trace.problem);
   if (!trace.decided) return json;
@@ -226,11 +224,8 @@ JsonValue asJson(const LoadTrace& trace) {
 }
 
 LoadTrace traceOf(const Options& options) {
-  const std::string country = options.country.value_or("");
-  setDeviceProperties(country, options.path_file);
-  const TargetRoot root(options.root);
-  const OpenRedirect redirect(root);
-  return traceLoad(country);
+  const Tree tree(options.root, options);
+  return traceLoad(options.country.value_or(""));
 }
 
 }  // namespace
@@ -239,5 +234,5 @@ Outcome explain(const Options& options, const Paint& paint) {
   const LoadTrace trace = traceOf(options);
   const int status = trace.block.has_value() ? kGood : kFindings;
   if (options.format != "json") return {status, asText(trace, paint), {}};
-  return {status, asJson(trace).document(), {}};
+  return {status, documentOf(jsonOf(trace)), {}};
 }

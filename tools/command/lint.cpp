@@ -20,7 +20,7 @@ std::vector<std::string> countriesToLint(const Options& options) {
 void lintLoad(const std::string& country, const std::string& path_file, Findings& findings) {
   setDeviceProperties(country, path_file);
   const LoadTrace trace = traceLoad(country);
-  findings.beginLoad(country);
+  findings.beginLoad(trace.country);
   checkPathFiles(trace, findings);
   checkLines(trace, findings);
   checkValues(trace, findings);

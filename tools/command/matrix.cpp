@@ -4,10 +4,9 @@
 #include "loader/calib_path.h"
 #include "tools/block/difference.h"
 #include "tools/block/view.h"
-#include "tools/command/command.h"
+#include "tools/command/tree.h"
 #include "tools/device/device_library.h"
 #include "tools/device/library_log.h"
-#include "tools/device/open_redirect.h"
 #include "tools/trace/countries.h"
 #include "tools/trace/load_trace.h"
 
@@ -19,13 +18,9 @@ struct Row {
   Bytes block;  // As the shared library writes it; empty without a valid calibration.
 };
 
-std::string titleOf(const std::string& country) {
-  return country.empty() ? "no country code" : printable(country);
-}
-
 Row rowFor(const std::string& country, const Options& options, const DeviceLibrary& library) {
   setDeviceProperties(country, options.path_file);
-  Row row{titleOf(country), {}, library.load(kBlockSize)};
+  Row row{countryName(country), {}, library.load(kBlockSize)};
   const LogCapture log;  // The load above has logged everything already.
   row.trace = traceLoad(country);
   return row;
@@ -34,9 +29,7 @@ Row rowFor(const std::string& country, const Options& options, const DeviceLibra
 // All countries of the tree, then the default and a device without a country code.
 std::vector<Row> rowsOf(const Options& options) {
   const DeviceLibrary library(options.library);
-  const TargetRoot root(options.root);
-  const OpenRedirect redirect(root);
-  setDeviceProperties("", options.path_file);
+  const Tree tree(options.root, options);
   std::vector<std::string> countries = countriesOfTree();
   countries.insert(countries.end(), {CalibPath::kDefaultCountry, ""});
   std::vector<Row> rows;
@@ -136,7 +129,7 @@ JsonValue rowJson(const Row& row, const std::vector<Row>& rows) {
 std::string asJson(const std::vector<Row>& rows) {
   std::vector<JsonValue> countries;
   for (const Row& row : rows) countries.push_back(rowJson(row, rows));
-  return JsonValue(JsonMembers{{"countries", countries}}).document();
+  return documentOf({{"countries", countries}});
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 
 #include <cstdarg>
 #include <cstdio>
+#include <iostream>
 #include <utility>
 
 #include "include/tarnix_uwb_params_nfcc.h"
@@ -14,29 +15,6 @@ namespace {
 
 bool shown = false;
 LogCapture* capture = nullptr;
-
-char letterOf(int priority) {
-  switch (priority) {
-    case ANDROID_LOG_DEBUG:
-      return 'D';
-    case ANDROID_LOG_INFO:
-      return 'I';
-    case ANDROID_LOG_WARN:
-      return 'W';
-    default:
-      return 'E';
-  }
-}
-
-// Log lines quote files, so control characters must not reach a terminal.
-void show(const LogLine& line) {
-  std::string out = {line.priority, ' '};
-  for (const char c : line.text) {
-    const auto byte = static_cast<uint8_t>(c);
-    out += isControl(byte) ? "\\x" + hexByte(byte) : std::string(1, c);
-  }
-  std::fputs((out + "\n").c_str(), stderr);
-}
 
 }  // namespace
 
@@ -51,7 +29,8 @@ extern "C" __attribute__((visibility("default"))) int __android_log_print(int pr
   const int length = std::vsnprintf(text, sizeof(text), fmt, arguments);
   va_end(arguments);
   if (length < 0) return length;
-  LogLine line{letterOf(prio), text};
+  const bool known = prio >= ANDROID_LOG_VERBOSE && prio <= ANDROID_LOG_FATAL;
+  LogLine line{known ? "  VDIWEF"[prio] : 'E', text};
   if (!line.text.empty() && line.text.back() == '\n') line.text.pop_back();
   if (capture != nullptr) {
     capture->add(std::move(line));
@@ -59,6 +38,15 @@ extern "C" __attribute__((visibility("default"))) int __android_log_print(int pr
     show(line);
   }
   return 1;
+}
+
+void show(const LogLine& line) {
+  std::string out = {line.priority, ' '};
+  for (const char c : line.text) {
+    const auto byte = static_cast<uint8_t>(c);
+    out += isControl(byte) ? "\\x" + hexByte(byte) : std::string(1, c);
+  }
+  std::cerr << out + "\n";
 }
 
 void showLog(bool is_shown) {

@@ -8,11 +8,14 @@
 // loads and for the library's classes that are part of it.
 
 struct LogLine {
-  char priority;  // 'D', 'I', 'W' or 'E'.
+  char priority;  // As in logcat: 'D', 'I', 'W', 'E'.
   std::string text;
 };
 
-// Whether log lines are written to the standard error, in the style of logcat, or dropped.
+// Writes the line to the standard error, in the style of logcat, without control characters.
+void show(const LogLine& line);
+
+// Whether the lines are shown or dropped.
 void showLog(bool shown);
 
 // Collects the log lines as long as it lives; they are not shown. An inner one hides an outer one.

@@ -80,7 +80,7 @@ std::string textReport(const Findings& findings, const Paint& paint) {
 std::string jsonReport(const Findings& findings) {
   std::vector<JsonValue> json;
   for (const Finding& finding : findings.all()) json.push_back(findingJson(finding));
-  return JsonValue(JsonMembers{{"findings", json}}).document();
+  return documentOf({{"findings", json}});
 }
 
 std::string githubReport(const Findings& findings) {

@@ -51,48 +51,48 @@ enum class Rule {
 
 struct RuleFacts {
   Rule rule;
-  const char* name;
   Severity severity;
+  const char* name;
   const char* summary;
 };
 
 // clang-format off
 inline constexpr RuleFacts kRules[] = {
     // Lines that set nothing.
-    {Rule::UnknownKey,          "unknown-key",          Severity::Warning, "No parameter has this key"},
-    {Rule::LeadingBlank,        "leading-blank",        Severity::Warning, "There is a blank before the key"},
-    {Rule::BlankBeforeEqual,    "blank-before-equal",   Severity::Warning, "There is a blank between the key and '='"},
-    {Rule::BlankAfterCcc,       "blank-after-ccc",      Severity::Warning, "There is a blank between [CCC] and the key"},
-    {Rule::NoEqual,             "no-equal",             Severity::Warning, "Text without '=' that is no comment"},
+    {Rule::UnknownKey,          Severity::Warning, "unknown-key",           "No parameter has this key"},
+    {Rule::LeadingBlank,        Severity::Warning, "leading-blank",         "There is a blank before the key"},
+    {Rule::BlankBeforeEqual,    Severity::Warning, "blank-before-equal",    "There is a blank between the key and '='"},
+    {Rule::BlankAfterCcc,       Severity::Warning, "blank-after-ccc",       "There is a blank between [CCC] and the key"},
+    {Rule::NoEqual,             Severity::Warning, "no-equal",              "Text without '=' that is no comment"},
     // Values.
-    {Rule::OutOfRange,          "out-of-range",         Severity::Error,   "The number does not fit its parameter"},
-    {Rule::UnreadableValue,     "unreadable-value",     Severity::Error,   "The value cannot be read"},
-    {Rule::NumberSpelling,      "number-spelling",      Severity::Error,   "Two C++ libraries read the number differently"},
-    {Rule::OctalNumber,         "octal-number",         Severity::Warning, "A leading zero makes the number octal"},
-    {Rule::NegativeNumber,      "negative-number",      Severity::Warning, "A negative number wraps around"},
-    {Rule::TextAfterValue,      "text-after-value",     Severity::Warning, "Text after the value is not read"},
-    {Rule::SelectorLine,        "selector-line",        Severity::Error,   "No selector uses this GPIO line"},
-    {Rule::SelectorLevel,       "selector-level",       Severity::Error,   "A selector line has the level 0 or 1"},
-    {Rule::Port255,             "port-255",             Severity::Warning, "Port 255 wraps around to 0"},
+    {Rule::OutOfRange,          Severity::Error,   "out-of-range",          "The number does not fit its parameter"},
+    {Rule::UnreadableValue,     Severity::Error,   "unreadable-value",      "The value cannot be read"},
+    {Rule::NumberSpelling,      Severity::Error,   "number-spelling",       "Two C++ libraries read the number differently"},
+    {Rule::OctalNumber,         Severity::Warning, "octal-number",          "A leading zero makes the number octal"},
+    {Rule::NegativeNumber,      Severity::Warning, "negative-number",       "A negative number wraps around"},
+    {Rule::TextAfterValue,      Severity::Warning, "text-after-value",      "Text after the value is not read"},
+    {Rule::SelectorLine,        Severity::Error,   "selector-line",         "No selector uses this GPIO line"},
+    {Rule::SelectorLevel,       Severity::Error,   "selector-level",        "A selector line has the level 0 or 1"},
+    {Rule::Port255,             Severity::Warning, "port-255",              "Port 255 wraps around to 0"},
     // Values set twice or never.
-    {Rule::DuplicateKey,        "duplicate-key",        Severity::Warning, "The key is given twice in one file"},
-    {Rule::OverriddenValue,     "overridden-value",     Severity::Note,    "A later file sets the value again"},
-    {Rule::MissingKey,          "missing-key",          Severity::Error,   "No line sets the parameter"},
+    {Rule::DuplicateKey,        Severity::Warning, "duplicate-key",         "The key is given twice in one file"},
+    {Rule::OverriddenValue,     Severity::Note,    "overridden-value",      "A later file sets the value again"},
+    {Rule::MissingKey,          Severity::Error,   "missing-key",           "No line sets the parameter"},
     // Path files and the files that they name.
-    {Rule::PathCr,              "path-cr",              Severity::Warning, "A carriage return is part of the path"},
-    {Rule::PathComment,         "path-comment",         Severity::Warning, "Path files have no comments"},
-    {Rule::PathBlank,           "path-blank",           Severity::Warning, "Blanks are part of the path"},
-    {Rule::PlaceholderMisspelt, "placeholder-misspelt", Severity::Warning, "The path holds no placeholder, but seems to"},
-    {Rule::PlaceholderCapitals, "placeholder-capitals", Severity::Warning, "The placeholder is in capitals"},
-    {Rule::PlaceholderTwice,    "placeholder-twice",    Severity::Warning, "Only the first placeholder is replaced"},
-    {Rule::CountryFallback,     "country-fallback",     Severity::Note,    "The default file is read for the country"},
-    {Rule::PathFileHides,       "path-file-hides",      Severity::Warning, "Later path files are never read"},
-    {Rule::PathFileMissing,     "path-file-missing",    Severity::Error,   "There is no path file"},
-    {Rule::FileMissing,         "file-missing",         Severity::Warning, "There is no calibration file of this path"},
-    {Rule::FileDirectory,       "file-directory",       Severity::Warning, "The file is a directory"},
-    {Rule::FileEmpty,           "file-empty",           Severity::Warning, "The file is empty"},
-    {Rule::FileUnreadable,      "file-unreadable",      Severity::Warning, "The file cannot be read"},
-    {Rule::NotText,             "not-text",             Severity::Warning, "The file holds bytes that are no text"},
+    {Rule::PathCr,              Severity::Warning, "path-cr",               "A carriage return is part of the path"},
+    {Rule::PathComment,         Severity::Warning, "path-comment",          "Path files have no comments"},
+    {Rule::PathBlank,           Severity::Warning, "path-blank",            "Blanks are part of the path"},
+    {Rule::PlaceholderMisspelt, Severity::Warning, "placeholder-misspelt",  "The path holds no placeholder, but seems to"},
+    {Rule::PlaceholderCapitals, Severity::Warning, "placeholder-capitals",  "The placeholder is in capitals"},
+    {Rule::PlaceholderTwice,    Severity::Warning, "placeholder-twice",     "Only the first placeholder is replaced"},
+    {Rule::CountryFallback,     Severity::Note,    "country-fallback",      "The default file is read for the country"},
+    {Rule::PathFileHides,       Severity::Warning, "path-file-hides",       "Later path files are never read"},
+    {Rule::PathFileMissing,     Severity::Error,   "path-file-missing",     "There is no path file"},
+    {Rule::FileMissing,         Severity::Warning, "file-missing",          "There is no calibration file of this path"},
+    {Rule::FileDirectory,       Severity::Warning, "file-directory",        "The file is a directory"},
+    {Rule::FileEmpty,           Severity::Warning, "file-empty",            "The file is empty"},
+    {Rule::FileUnreadable,      Severity::Warning, "file-unreadable",       "The file cannot be read"},
+    {Rule::NotText,             Severity::Warning, "not-text",              "The file holds bytes that are no text"},
 };
 // clang-format on
 

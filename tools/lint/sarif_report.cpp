@@ -64,5 +64,5 @@ std::string sarifReport(const Findings& findings) {
   const JsonMembers log = {{"$schema", "https://json.schemastore.org/sarif-2.1.0.json"},
                            {"version", "2.1.0"},
                            {"runs", runs}};
-  return JsonValue(log).document();
+  return foreignDocumentOf(log);
 }

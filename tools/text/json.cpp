@@ -54,10 +54,15 @@ JsonValue::JsonValue(const JsonMembers& members) {
   value_ = shared(std::move(object));
 }
 
-std::string JsonValue::document() const {
+std::string documentOf(JsonMembers members) {
+  members.emplace_back("format_version", 1U);
+  return foreignDocumentOf(members);
+}
+
+std::string foreignDocumentOf(const JsonMembers& members) {
   Json::StreamWriterBuilder style;
   style["indentation"] = "  ";
   style["emitUTF8"] = true;
   style["enableYAMLCompatibility"] = true;  // No blank before a colon.
-  return Json::writeString(style, *value_) + "\n";
+  return Json::writeString(style, *JsonValue(members).value_) + "\n";
 }

@@ -31,9 +31,15 @@ class JsonValue {
   JsonValue(const JsonMembers& members);
   // NOLINTEND(google-explicit-constructor)
 
-  // The whole document, indented, with a line end after it.
-  std::string document() const;
-
  private:
+  friend std::string foreignDocumentOf(const JsonMembers& members);
+
   std::shared_ptr<const Json::Value> value_;
 };
+
+// A whole document with these members and the version of the command's formats, which changes when
+// a member is renamed, removed or gets another meaning.
+std::string documentOf(JsonMembers members);
+
+// A whole document of a format that others define.
+std::string foreignDocumentOf(const JsonMembers& members);

@@ -76,6 +76,10 @@ std::vector<std::string> countriesOfTree() {
   return {countries.begin(), countries.end()};
 }
 
+std::string countryName(const std::string& country) {
+  return country.empty() ? "no country code" : printable(CalibPath::lowercase(country));
+}
+
 std::string countryTitle(const std::string& country) {
-  return country.empty() ? "no country code" : "country " + printable(country);
+  return (country.empty() ? "" : "country ") + countryName(country);
 }

@@ -8,5 +8,8 @@
 // found in the names of files that exist. "default" and "unknown" are no country codes.
 std::vector<std::string> countriesOfTree();
 
+// How a country code is written everywhere: "de", "no country code" for none.
+std::string countryName(const std::string& country);
+
 // "country de", "no country code".
 std::string countryTitle(const std::string& country);

@@ -189,7 +189,7 @@ std::string LoadTrace::placeText(const LineRef& ref) const {
 
 LoadTrace traceLoad(const std::string& country) {
   LoadTrace trace;
-  trace.country = country;
+  trace.country = CalibPath::lowercase(country);
   const std::vector<calibration> calibrations = tracePathFiles(trace);
   if (!trace.decided) {
     trace.problem = "no path file names a calibration file that can be read";

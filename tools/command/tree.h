@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "tools/command/command.h"
+#include "tools/device/open_redirect.h"
+
+// What the loads of a subcommand depend on: as long as it lives, they read the files of the tree
+// below `root`, and the properties are those of the options.
+class Tree {
+ public:
+  // Throws std::runtime_error, one line, when the tree cannot be used or lacks the path file.
+  Tree(const std::string& root, const Options& options);
+
+ private:
+  const TargetRoot root_;
+  const OpenRedirect redirect_;
+};
