@@ -31,11 +31,11 @@ std::string raw(const Bytes& block) {
   return {block.begin(), block.end()};
 }
 
-TEST(BlockReader, TakesRawBytes) {
+TEST(BlockReader, ReadsRawBytes) {
   EXPECT_EQ(readBlock(raw(someBlock())), someBlock());
 }
 
-TEST(BlockReader, TakesHexTextInEverySpelling) {
+TEST(BlockReader, ReadsHexTextInEverySpelling) {
   const Bytes bytes = {0xDA, 0x35, 0x00, 0x0C};
   for (const char* text :
        {"da35000c", "DA 35 00 0C\n", "da:35:00:0c", "0xDA, 0x35, 0x00, 0x0c,", "\tda35\r\n000c"}) {
@@ -43,11 +43,26 @@ TEST(BlockReader, TakesHexTextInEverySpelling) {
   }
 }
 
-TEST(BlockReader, TakesItsOwnHexText) {
-  EXPECT_EQ(readBlock(hexOf(someBlock())), someBlock());
+TEST(BlockReader, ReadsEveryFormatThatIsWritten) {
+  Bytes block = someBlock();
+  for (const size_t size : {kBlockSize, size_t{38}, size_t{10}, size_t{1}}) {
+    block.resize(size);
+    for (const std::string& text :
+         {hexOf(block), dumpOf(block), cArrayOf(block), documentOf(jsonOf(block))}) {
+      EXPECT_EQ(readBlock(text), block) << text;
+    }
+  }
 }
 
-TEST(BlockReader, TakesACutBlockAsItIs) {
+TEST(BlockReader, ReadsARawBlockThatBeginsLikeAFormat) {
+  for (const std::string& begin : {std::string("{"), std::string("offset  bytes")}) {
+    Bytes block(kBlockSize);
+    std::copy(begin.begin(), begin.end(), block.begin());
+    EXPECT_EQ(readBlock(raw(block)), block);
+  }
+}
+
+TEST(BlockReader, ReadsACutBlockAsItIs) {
   EXPECT_EQ(readBlock(std::string("\xDA\x35\x00", 3)), (Bytes{0xDA, 0x35, 0x00}));
 }
 
@@ -55,6 +70,12 @@ TEST(BlockReader, RefusesWhatIsNoBlock) {
   EXPECT_EQ(refusal(""), "no block: the input is empty");
   EXPECT_EQ(refusal(" \n"), "no block: the input is empty");
   EXPECT_EQ(refusal(std::string(83, '\0')), "no block: 83 bytes, a block has 82");
+  EXPECT_EQ(
+      refusal(
+          "{\"bytes\": 1, \"and then some more that makes it longer than a block\": [1, 2, 3]}"),
+      "no block: 84 bytes, a block has 82");
+  EXPECT_EQ(refusal(std::string(2000, '[')), "no block: 2000 bytes, a block has 82");
+  EXPECT_EQ(refusal("{\"a\":" + std::string(2000, '[')), "no block: 2005 bytes, a block has 82");
   EXPECT_EQ(refusal("da3"), "hexadecimal text, but no two digits at character 3");
   EXPECT_EQ(refusal("0x"), "hexadecimal text, but no two digits at character 3");
   EXPECT_EQ(refusal("d x"), "hexadecimal text, but no two digits at character 1");
@@ -64,7 +85,7 @@ TEST(BlockReader, NeverFailsOnAnyBytesButWithOneLine) {
   std::mt19937 random(7);  // NOLINT(bugprone-random-generator-seed): the same inputs every time.
   for (int i = 0; i < 3000; ++i) {
     std::string input(random() % 100, '\0');
-    const std::string alphabet = "0123456789abcdefxX ,:\n";
+    const std::string alphabet = "0123456789abcdefxX ,:\n{}\"/*";
     for (char& c : input) {
       c = i % 2 == 0 ? static_cast<char>(random()) : alphabet[random() % alphabet.size()];
     }

@@ -248,6 +248,13 @@ class Decode(CommandTest):
         shell = f'"{COMMAND}" build -q --root "{EXAMPLES}" --country US | "{COMMAND}" decode -'
         self.assertEqual(subprocess.run(shell, shell=True, capture_output=True).stdout, table)
 
+    def test_reads_every_format_that_build_writes(self):
+        table = (GOLDEN / "decode.table").read_bytes()
+        for form in ("dump", "hex", "binary", "json", "c"):
+            shown = run("build", "--root", EXAMPLES, "--country", "US", "--format", form).stdout
+            result = run("decode", "-", stdin=shown)
+            self.assertEqual((result.returncode, result.stdout), (0, table), form)
+
     def test_text_builds_the_same_block(self):
         etc = self.folder / "vendor/etc"
         etc.mkdir(parents=True)

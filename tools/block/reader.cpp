@@ -7,7 +7,10 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <optional>
 #include <stdexcept>
+
+#include "tools/block/view.h"
 
 namespace {
 
@@ -19,6 +22,11 @@ bool isOneOf(const char* set, char c) {
 }
 
 // No raw block looks like text: its reserved bytes are zero.
+bool isText(const std::string& input) {
+  return std::all_of(input.begin(), input.end(),
+                     [](char c) { return (c >= ' ' && c <= '~') || isOneOf(kSeparators, c); });
+}
+
 bool isHexText(const std::string& input) {
   for (const char c : input) {
     if (!isOneOf(kSeparators, c) && !isOneOf(kHexDigits, c) && c != 'x' && c != 'X') return false;
@@ -54,6 +62,48 @@ Bytes readHexText(const std::string& text) {
   return bytes;
 }
 
+bool begins(const std::string& text, const std::string& beginning) {
+  return text.compare(0, beginning.size(), beginning) == 0;
+}
+
+// The column of bytes in the rows after the head.
+std::string bytesOfDump(const std::string& dump) {
+  std::string bytes;
+  size_t row = dump.find('\n');
+  while (row != dump.npos && row + kDumpBytes < dump.size()) {
+    const size_t end = std::min(dump.find('\n', row + 1), dump.size());
+    const size_t begin = std::min(row + 1 + kDumpBytes, end);
+    bytes += dump.substr(begin, std::min(kDumpWidth, end - begin)) + " ";
+    row = dump.find('\n', end);
+  }
+  return bytes;
+}
+
+// What is between the braces, without comments.
+std::string bytesOfCArray(const std::string& source) {
+  std::string list = source.substr(source.find('{') + 1);
+  for (size_t at = 0; (at = list.find("/*", at)) != list.npos;) {
+    const size_t end = list.find("*/", at);
+    list.erase(at, end == list.npos ? end : end + 2 - at);
+  }
+  return list.substr(0, list.find('}'));
+}
+
+// The hexadecimal text in a text of any format; nothing when the input is none.
+std::optional<std::string> hexTextIn(const std::string& input) {
+  if (!isText(input)) return std::nullopt;
+  if (isHexText(input)) return input;
+  std::optional<std::string> digits;
+  if (begins(input, "{")) {
+    digits = textMemberOf(input, "bytes");
+  } else if (begins(input, kDumpHead)) {
+    digits = bytesOfDump(input);
+  } else if (input.find('{') != input.npos) {
+    digits = bytesOfCArray(input);
+  }
+  return digits.has_value() && isHexText(*digits) ? digits : std::nullopt;
+}
+
 std::string readAll(int file, const std::string& path) {
   constexpr size_t kMostBytes = 65536;
   std::string all;
@@ -70,7 +120,8 @@ std::string readAll(int file, const std::string& path) {
 }  // namespace
 
 Bytes readBlock(const std::string& input) {
-  Bytes bytes = isHexText(input) ? readHexText(input) : Bytes(input.begin(), input.end());
+  const std::optional<std::string> text = hexTextIn(input);
+  Bytes bytes = text.has_value() ? readHexText(*text) : Bytes(input.begin(), input.end());
   if (bytes.empty()) throw std::runtime_error("no block: the input is empty");
   if (bytes.size() > kBlockSize) {
     throw std::runtime_error("no block: " + std::to_string(bytes.size()) + " bytes, a block has " +

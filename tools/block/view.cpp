@@ -137,10 +137,10 @@ std::string valueOf(const Bytes& block, const BlockField& field) {
 }
 
 std::string dumpOf(const Bytes& block) {
-  std::string out = "offset  bytes                                            field\n";
+  std::string out = kDumpHead;
   forEachRow(block, [&](const BlockField& field, size_t first, size_t end) {
     out += paddedLeft(std::to_string(first), 6) + "  " +
-           padded(bytesBetween(block, first, end), kRow * 3) + " " + field.name + "\n";
+           padded(bytesBetween(block, first, end), kDumpWidth) + " " + field.name + "\n";
   });
   return out;
 }

@@ -21,6 +21,11 @@ std::string bytesOf(const Bytes& block, const BlockField& field);
 // The field's number: hexadecimal for a code or a CRC, otherwise decimal.
 std::string valueOf(const Bytes& block, const BlockField& field);
 
+// The head of a dump; the column and the width of its bytes.
+constexpr char kDumpHead[] = "offset  bytes                                            field\n";
+constexpr size_t kDumpBytes = 8;
+constexpr size_t kDumpWidth = 48;
+
 // One row for each field: offset, bytes, name.
 std::string dumpOf(const Bytes& block);
 

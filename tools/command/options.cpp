@@ -53,8 +53,8 @@ constexpr Subcommand kSubcommands[] = {
      "  tarnix-uwb-params decode block.bin\n"
      "  echo 'da35 0000 ...' | tarnix-uwb-params decode -\n"
      "  tarnix-uwb-params decode --format text block.bin > calib.conf\n"
-     "BLOCK holds raw bytes or hexadecimal text; - is the standard input. The format text is a\n"
-     "calibration text that makes the same block."},
+     "BLOCK is a file with raw bytes, hexadecimal text or any format of build; - is the standard\n"
+     "input. The format text is a calibration text that makes the same block."},
     {"lint", kLint, lint, "Find what the library ignores without a message",
      "text,json,sarif,github", "",
      "  tarnix-uwb-params lint --root out/target\n"

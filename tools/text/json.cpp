@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tools/text/json.h"
 
+#include <json/reader.h>
 #include <json/value.h>
 #include <json/writer.h>
 
@@ -65,4 +66,17 @@ std::string foreignDocumentOf(const JsonMembers& members) {
   style["emitUTF8"] = true;
   style["enableYAMLCompatibility"] = true;  // No blank before a colon.
   return Json::writeString(style, *JsonValue(members).value_) + "\n";
+}
+
+std::optional<std::string> textMemberOf(const std::string& document, const char* name) {
+  const std::unique_ptr<Json::CharReader> reader(Json::CharReaderBuilder().newCharReader());
+  Json::Value root;
+  try {
+    const char* const begin = document.data();
+    if (!reader->parse(begin, begin + document.size(), &root, nullptr)) return std::nullopt;
+  } catch (const Json::Exception&) {  // Nested too deeply.
+    return std::nullopt;
+  }
+  if (!root.isObject() || !root[name].isString()) return std::nullopt;
+  return root[name].asString();
 }

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -43,3 +44,6 @@ std::string documentOf(JsonMembers members);
 
 // A whole document of a format that others define.
 std::string foreignDocumentOf(const JsonMembers& members);
+
+// The text of a document's member; nothing when there is no such text.
+std::optional<std::string> textMemberOf(const std::string& document, const char* name);
