@@ -4,14 +4,15 @@
 #include <zlib.h>
 
 #include <deque>
+#include <sstream>
 
+#include "fuzz/literal_reader.h"
 #include "fuzz/support.h"
 #include "grammar/ast_param.h"
-#include "tests/kit/doubles.h"
+#include "grammar/ast_root.h"
 
 namespace {
 
-using Nodes = std::vector<std::shared_ptr<AstNode>>;
 using Bytes = std::vector<uint8_t>;
 
 constexpr int kMostLevels = 4;
@@ -66,7 +67,7 @@ struct Record {
   Fields<std::string> texts;
 };
 
-// Builds the tree that a few bytes describe.
+// Builds the tree that a few bytes describe, and the same for the literal reader.
 class TreeBuilder {
  public:
   TreeBuilder(const std::string& description, Record& record)
@@ -74,14 +75,18 @@ class TreeBuilder {
         record(record) {}
 
   template <typename Group>
-  std::shared_ptr<Group> group(int level) {
-    const std::string& name = nameOf(input.byte());
-    const std::optional<uint8_t> id = optionalByte();
+  std::shared_ptr<Group> group(LiteralNode& literal) {
+    literal.name = nameOf(input.byte());
+    literal.id = optionalByte();
     const uint8_t tag = input.byte();
-    Nodes nodes(level < kMostLevels ? input.byte() % 4U : 0U);
-    for (std::shared_ptr<AstNode>& child : nodes) child = node(level + 1);
+    literal.children.resize(literal.depth < kMostLevels ? input.byte() % 4U : 0U);
+    std::vector<std::shared_ptr<AstNode>> nodes;
+    for (LiteralNode& child : literal.children) {
+      child.depth = literal.depth + 1;
+      nodes.push_back(node(child));
+    }
     const auto make = [&](const std::initializer_list<std::shared_ptr<AstNode>>& children) {
-      return std::make_shared<Group>(name, id, level, children, tag);
+      return std::make_shared<Group>(literal.name, literal.id, literal.depth, children, tag);
     };
     if (nodes.empty()) return make({});
     if (nodes.size() == 1) return make({nodes[0]});
@@ -96,31 +101,61 @@ class TreeBuilder {
   }
 
   template <typename T>
-  std::shared_ptr<AstNode> param(int level, Fields<T>& fields) {
-    const std::string& name = nameOf(input.byte());
+  std::shared_ptr<AstNode> param(LiteralNode& literal, LiteralNode::Kind kind, Fields<T>& fields) {
+    literal.kind = kind;
+    literal.name = nameOf(input.byte());
     const std::optional<uint8_t> id = optionalByte();
-    T* const target = input.byte() % 4 == 3 ? nullptr : fields.add();
-    return std::make_shared<AstParam<T>>(name, level, id, target);
+    literal.has_target = input.byte() % 4 != 3;
+    T* const target = literal.has_target ? fields.add() : nullptr;
+    return std::make_shared<AstParam<T>>(literal.name, literal.depth, id, target);
   }
 
-  std::shared_ptr<AstNode> node(int level) {
+  std::shared_ptr<AstNode> node(LiteralNode& literal) {
     switch (input.byte() % 6) {
       case 0:
-        return param(level, record.bytes);
+        return param(literal, LiteralNode::Number8, record.bytes);
       case 1:
-        return param(level, record.halves);
+        return param(literal, LiteralNode::Number16, record.halves);
       case 2:
-        return param(level, record.words);
+        return param(literal, LiteralNode::Number32, record.words);
       case 3:
-        return param(level, record.texts);
+        return param(literal, LiteralNode::Word, record.texts);
       default:
-        return group<AstPrefix>(level);
+        return group<AstPrefix>(literal);
     }
   }
 
   InputBytes input;
   Record& record;
 };
+
+std::string printed(const AstRoot& tree) {
+  std::ostringstream out;
+  tree.print(out);
+  return out.str();
+}
+
+std::vector<std::string> missingIn(AstRoot& tree) {
+  std::vector<std::string> missing;
+  const bool complete = tree.validate(missing, {});
+  require(complete == missing.empty(), "a parameter without a value is named");
+  return missing;
+}
+
+// Reads the text into both trees.
+void checkReading(AstRoot& tree, LiteralNode& literal, const std::string& text) {
+  Log literal_log;
+  takeLog();
+  const std::string thrown = thrownBy([&] {
+    std::istringstream input(text);
+    require(tree.parse(input), "a text that is read to its end is accepted");
+  });
+  const std::string expected = thrownBy([&] { literalRead(literal, text, literal_log); });
+  requireSameLog(literal_log);
+  require(thrown == expected, "the same exception is thrown as by the literal reader");
+  require(printed(tree) == literalPrint(literal), "the values are those of the literal reader");
+  require(missingIn(tree) == literalMissing(literal), "the same parameters are missing");
+}
 
 // A field that is not written shows what lay there before.
 bool writesEveryField(AstRoot& tree, Record& record, EndiannessConversion conversion) {
@@ -132,10 +167,8 @@ bool writesEveryField(AstRoot& tree, Record& record, EndiannessConversion conver
   return record == over_zeros;
 }
 
-void checkValidate(AstRoot& tree, Record& record) {
-  std::vector<std::string> missing;
-  const bool complete = tree.validate(missing, {});
-  require(complete == missing.empty(), "a parameter without a value is named");
+void checkToBuffer(AstRoot& tree, Record& record) {
+  const bool complete = missingIn(tree).empty();
   for (auto c : {EndiannessConversion::NoConversion, EndiannessConversion::SwapBytes}) {
     require(complete == writesEveryField(tree, record, c),
             "every field is written when no parameter is missing, and only then");
@@ -171,14 +204,13 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const std::string description = input.text(input.byte());
   const std::string text = input.rest();
   Record record;
-  const auto tree = TreeBuilder(description, record).group<AstRoot>(0);
-  const bool to_the_end = parse(*tree, text);
-  const std::string once = printed(*tree);
-  require(parse(*tree, text) == to_the_end, "a text read again ends as before");
-  require(printed(*tree) == once, "a text read again changes nothing");
-  checkValidate(*tree, record);
+  LiteralNode literal;
+  const auto tree = TreeBuilder(description, record).group<AstRoot>(literal);
+  checkReading(*tree, literal, text);
+  checkReading(*tree, literal, text);  // Over what it holds by now.
+  checkToBuffer(*tree, record);
   checkSerialize(*tree, EndiannessConversion::NoConversion);
   checkSerialize(*tree, EndiannessConversion::SwapBytes);
-  require(printed(*tree) == once, "a tree that is asked does not change");
+  require(printed(*tree) == literalPrint(literal), "a tree that is asked does not change");
   return 0;
 }

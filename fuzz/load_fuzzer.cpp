@@ -7,22 +7,17 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <exception>
 #include <filesystem>
 #include <fstream>
+#include <sstream>
 
+#include "fuzz/literal_load.h"
 #include "fuzz/support.h"
-#include "include/tarnix_uwb_params_nfcc.h"
-#include "output/crc16.h"
-#include "tests/kit/doubles.h"
+#include "tests/kit/guarded_load.h"
 
 namespace {
 
-constexpr uint8_t kUntouched = 0xA5;
-constexpr size_t kGuard = 32;
 constexpr size_t kLargestCapacity = 200;
-
-using Memory = std::vector<uint8_t>;
 
 // Enters a folder of its own, in TMPDIR; it is left empty at the end of each input.
 bool enterFolder() {
@@ -67,49 +62,21 @@ void removeFiles() {
   for (const auto& file : std::filesystem::directory_iterator(".")) remove(file.path());
 }
 
-bool isUntouched(Memory::const_iterator first, Memory::const_iterator last) {
-  return std::all_of(first, last, [](uint8_t byte) { return byte == kUntouched; });
+std::optional<std::string> textOf(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  if (!file.is_open()) return std::nullopt;
+  std::ostringstream text;
+  text << file.rdbuf();
+  return text.str();
 }
 
-// What a load writes, after checking that it writes nothing else.
-Memory load(unsigned int capacity) {
-  Memory memory(kGuard + capacity + kGuard, kUntouched);
+void checkLoad(unsigned int capacity, const Bytes& block, const Log& log) {
+  const Bytes written(block.data(), block.data() + std::min<size_t>(block.size(), capacity));
   takeLog();
-  const uint32_t count = load_uwb_params_from_files(memory.data() + kGuard, capacity);
-  require(count == 0 || count == std::min(82U, capacity), "nothing or all that fits is written");
-  const auto first = memory.cbegin() + kGuard;
-  require(isUntouched(memory.cbegin(), first), "nothing is written before the buffer");
-  const auto end = first + static_cast<ptrdiff_t>(count);
-  require(isUntouched(end, memory.cend()), "nothing is written behind the block");
-  return Memory(first, end);
-}
-
-bool isZero(const Memory& block, size_t first, size_t last) {
-  return std::all_of(block.begin() + static_cast<ptrdiff_t>(first),
-                     block.begin() + static_cast<ptrdiff_t>(last) + 1,
-                     [](uint8_t byte) { return byte == 0; });
-}
-
-bool isSelectorCode(uint8_t code) {
-  return code == 0x01 || code == 0x03 || code == 0x04 || code == 0x0C;
-}
-
-void checkBlock(const Memory& block) {
-  const uint16_t crc = Crc16().crc(block.data() + 2, 80, 0x0001);
-  require(block[0] == crc >> 8 && block[1] == (crc & 0xFF), "the seal is right");
-  require(isZero(block, 22, 25) && isZero(block, 28, 30) && isZero(block, 39, 81),
-          "reserved bytes are zero");
-  require(isSelectorCode(block[33]) && isSelectorCode(block[36]), "selector codes are known");
-}
-
-void checkLog(const std::vector<LogLine>& log, bool valid) {
-  for (const LogLine& line : log) {
-    require(!line.has_tag && line.priority >= 3 && line.priority <= 6, "the log is well-formed");
-  }
-  const bool success =
-      log.back().text.rfind("Valid calibration was parsed from entries in ", 0) == 0;
-  require(success == valid, "the log's last line tells how a load ended");
-  require(valid || log.back().priority == 6, "a load without a block ends with an error");
+  const Load load(capacity);
+  requireSameLog(log);
+  require(!load.threw && load.result == written.size(), "the result is the number of bytes");
+  require(load.memory == guarded(capacity, written), "the block is written and nothing else");
 }
 
 }  // namespace
@@ -119,15 +86,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   require(entered, "the folder is entered once");
   InputBytes input(data, size);
   const auto capacity = static_cast<unsigned int>(input.byte() % (kLargestCapacity + 1));
-  setUp(split(input.rest(), '\xFF'));
-  Memory whole = load(82);
-  const std::vector<LogLine> log = takeLog();
-  checkLog(log, !whole.empty());
-  if (!whole.empty()) checkBlock(whole);
-  const Memory cut = load(capacity);
-  whole.resize(std::min(whole.size(), size_t{capacity}));
-  require(cut == whole, "the capacity only cuts the block");
-  require(takeLog() == log, "the next load goes like the one before");
+  const std::vector<std::string> texts = split(input.rest(), '\xFF');
+  setUp(texts);
+  LiteralLoad literal(textOf, texts.empty() ? "" : flat(texts[0]));
+  const Bytes block = literal.run(texts.size() < 2 ? "" : nameOf(texts[1]));
+  checkLoad(TARNIX_UWB_PARAMS_SIZE, block, literal.log);
+  checkLoad(capacity, block, literal.log);
   removeFiles();
   return 0;
 }

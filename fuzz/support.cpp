@@ -4,31 +4,23 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <exception>
+#include <iostream>
 #include <sstream>
-
-#include "tests/kit/doubles.h"
-
-namespace {
-
-// An error is one line of the log and one exception. They do not read the same.
-void requireKnownError(const std::string& thrown, const std::vector<LogLine>& log) {
-  require(!log.empty(), "an error is logged before it is thrown");
-  const bool number = thrown == "Expected value" && log.back() == error("Expected Value");
-  const bool value = thrown == "Unexpected value" && log.back() == error("Unexpected_value\n");
-  require(number || value, "an error is one of two, in the log and thrown");
-}
-
-bool isError(const LogLine& line) {
-  return line.priority == 6;
-}
-
-}  // namespace
 
 void require(bool kept, const char* promise) {
   if (kept) return;
   std::fprintf(stderr, "broken promise: %s\n", promise);
   std::abort();
+}
+
+void requireSameLog(const Log& literal) {
+  const Log log = takeLog();
+  if (log == literal) return;
+  std::cerr << "the library logs\n";
+  for (const LogLine& line : log) std::cerr << "  " << line << "\n";
+  std::cerr << "the literal reader logs\n";
+  for (const LogLine& line : literal) std::cerr << "  " << line << "\n";
+  require(false, "the log is that of the literal reader");
 }
 
 std::vector<std::string> split(const std::string& text, char separator) {
@@ -52,24 +44,4 @@ std::string InputBytes::text(size_t size) {
 
 std::string InputBytes::rest() {
   return text(std::string::npos);
-}
-
-bool parse(AstRoot& tree, const std::string& text) {
-  takeLog();
-  try {
-    std::istringstream input(text);
-    require(tree.parse(input), "a text that is read to its end is accepted");
-  } catch (const std::exception& e) {
-    requireKnownError(e.what(), takeLog());
-    return false;
-  }
-  const std::vector<LogLine> log = takeLog();
-  require(std::none_of(log.begin(), log.end(), isError), "no error is logged and then forgotten");
-  return true;
-}
-
-std::string printed(const AstRoot& tree) {
-  std::ostringstream out;
-  tree.print(out);
-  return out.str();
 }

@@ -3,18 +3,33 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
-#include "grammar/ast_root.h"
+#include "tests/kit/doubles.h"
 
 // What the fuzz targets share.
 
 // Names the promise that the library has broken, and aborts.
 void require(bool kept, const char* promise);
 
+// The library's log since the last call must be the literal reader's.
+void requireSameLog(const Log& literal);
+
 // The pieces of `text` between the separators. A separator at the end adds no empty piece.
 std::vector<std::string> split(const std::string& text, char separator);
+
+// The text of the exception that `step` throws; empty when it throws none.
+template <typename Step>
+std::string thrownBy(const Step& step) {
+  try {
+    step();
+    return "";
+  } catch (const std::invalid_argument& e) {
+    return e.what();
+  }
+}
 
 // Takes an input apart, from the front. Once it is used up it yields zeros.
 class InputBytes {
@@ -29,10 +44,3 @@ class InputBytes {
   std::string bytes;
   size_t position = 0;
 };
-
-// Parses the text as the loader does: what was set before an error stays. True when the text was
-// read to its end. Requires that nothing but the grammar's two errors leaves the tree, each after
-// its line in the log. Discards the log.
-bool parse(AstRoot& tree, const std::string& text);
-
-std::string printed(const AstRoot& tree);
