@@ -25,6 +25,7 @@ TREES = {
 }
 TEXTS = {
     "values": b"a=1\naa=0x1F\nab=4294967295\nport=017 ; note\n",
+    "limits": b"[CCC]a=255\naa=65535\n[CCC] ab=1\n[CCC][CCC]port=1\n",
     "groups": b"a.port=5\na0.port=1\na12.port=2\na 3.port=3\na.a..a=word\n",
     "errors": b"a=300\naa=70000\nab=x\na256.port=1\n",
     "comments": b"# a=1\n// aa=2\n;ab=3\n[CCC]a=4\n [CCC] a=5\na=6 // note\n\n=7\n.=8\n",
