@@ -25,7 +25,10 @@ int run(int argc, char** argv) {
   const Outcome outcome = request.run == nullptr
                               ? Outcome{kGood, request.answer, {}}
                               : request.run(options, Paint(wantsColour(options)));
-  if (!outcome.failure.empty()) std::cerr << kErrorPrefix << outcome.failure << '\n';
+  const std::string& line = options.quiet ? std::string() : outcome.remark;
+  for (const std::string& text : {outcome.failure, line}) {
+    if (!text.empty()) std::cerr << kErrorPrefix << text << '\n';
+  }
   if (outcome.result.has_value()) writeOutput(options.output, *outcome.result);
   return outcome.status;
 }

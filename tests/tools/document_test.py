@@ -122,7 +122,8 @@ class Completion(CommandTest):
 
     def test_bash_offers_values(self):
         for words in (["--format", ""], ["--format", "="], ["--color", "never", "--format", ""]):
-            self.assertEqual(self.bash("lint", *words), {"text", "json", "sarif", "github"})
+            self.assertEqual(self.bash("lint", *words), {"text", "json", "sarif", "github",
+                                                         "baseline"})
         self.assertEqual(self.bash("lint", "--format", "=", "s"), {"sarif"})
         self.assertEqual(self.bash("lint", "--error", "selector"),
                          {"selector-line", "selector-level"})

@@ -27,10 +27,10 @@ namespace {
 // change one of the two.
 constexpr unsigned kHostCalls[] = {
 #ifdef SYS_open
-    SYS_open,   SYS_creat,  SYS_stat,      SYS_lstat,      SYS_access,     SYS_readlink,
+    SYS_open,   SYS_creat,   SYS_stat,      SYS_lstat,      SYS_access, SYS_readlink,
 #endif
-    SYS_openat, SYS_statx,  SYS_faccessat, SYS_faccessat2, SYS_readlinkat, SYS_chdir,
-    SYS_fchdir, SYS_chroot, SYS_unshare,   SYS_setns,      SYS_pivot_root};
+    SYS_openat, SYS_statx,   SYS_faccessat, SYS_faccessat2, SYS_chdir,  SYS_fchdir,
+    SYS_chroot, SYS_unshare, SYS_setns,     SYS_pivot_root};
 
 constexpr sock_filter statement(int code, uint32_t k) {
   return {static_cast<uint16_t>(code), 0, 0, k};
@@ -51,8 +51,13 @@ Filter filterOf(const std::vector<unsigned>& calls, uint32_t answer) {
   return filter;
 }
 
-// fstat() is fstatat() of a descriptor and no path.
+// fstat() is fstatat() of a descriptor and no path; so is a link read.
 void forbidStatOfPaths(Filter& filter) {
+  filter.push_back(skipUnlessEqual(SYS_readlinkat, 4));
+  filter.push_back(statement(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, args[0])));
+  filter.push_back(skipUnlessEqual(static_cast<uint32_t>(AT_FDCWD), 1));
+  filter.push_back(statement(BPF_RET | BPF_K, SECCOMP_RET_KILL_PROCESS));
+  filter.push_back(statement(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)));
   filter.push_back(skipUnlessEqual(SYS_newfstatat, 3));
   filter.push_back(statement(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, args[3])));
   filter.push_back({BPF_JMP | BPF_JSET | BPF_K, 1, 0, AT_EMPTY_PATH});
@@ -83,7 +88,7 @@ int statusOfProcess(const std::function<int()>& work) {
 int lintEveryLoad() {
   setDeviceProperties("", "");
   Findings findings;
-  const std::vector<std::string> countries = countriesOfTree();
+  const std::vector<std::string> countries = countriesOfTree().codes;
   for (const std::string& country : countries) {
     const LoadTrace trace = traceLoad(country);
     checkPathFiles(trace, findings);

@@ -25,14 +25,19 @@ struct Options {
   std::vector<std::string> operands;
   std::vector<std::string> error_rules;
   std::vector<std::string> ignored_rules;
+  std::string countries;  // "us,de,other,none"; empty for all.
+  std::string baseline;
+  std::string fail_on = "warning";
+  bool notes = false;
 };
 
-// What a subcommand returns: the exit status, the result for the output, if any, and why there is
-// none, in one line.
+// What a subcommand returns: the exit status, the result for the output, if any, why there is
+// none, in one line, and a line for the standard error that --quiet suppresses.
 struct Outcome {
   int status = 0;
   std::optional<std::string> result;
   std::string failure;
+  std::string remark;
 };
 
 constexpr int kGood = 0;

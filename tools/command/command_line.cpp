@@ -123,7 +123,9 @@ class Reader {
 
   void set(const Option& row, const std::string& value) {
     const std::vector<std::string> choices = choicesOf(row, subcommand_);
-    if (!choices.empty() && std::find(choices.begin(), choices.end(), value) == choices.end()) {
+    const std::string word =
+        row.value == Value::RulePath ? value.substr(0, value.find(':')) : value;
+    if (!choices.empty() && std::find(choices.begin(), choices.end(), word) == choices.end()) {
       const std::string nearest = suggestion(value, choices);
       refuse(std::string("--") + row.name + " does not take '" + value + "'" +
                  (nearest.empty() ? ", but " + joined(choices, ", ") : nearest),

@@ -22,8 +22,8 @@ std::string filesText(const LoadTrace& trace) {
       out += "no file can be read: " + printable(entry.text) + "\n";
       continue;
     }
-    out += printable(trace.files[*entry.file].path);
-    if (entry.fell_back) out += "  (there is no " + printable(entry.path) + ")";
+    out += printable(trace.files[*entry.file]->path);
+    if (entry.fellBack()) out += "  (" + printable(problemOf(entry.own)) + ")";
     out += "\n";
   }
   return out;
@@ -95,8 +95,8 @@ std::vector<LineRef> linesWhere(const LoadTrace& trace,
                                 const std::function<bool(const TracedLine&)>& chosen) {
   std::vector<LineRef> lines;
   for (size_t file = 0; file < trace.files.size(); ++file) {
-    for (size_t line = 0; line < trace.files[file].lines.size(); ++line) {
-      if (chosen(trace.files[file].lines[line])) lines.push_back({file, line});
+    for (size_t line = 0; line < trace.files[file]->lines.size(); ++line) {
+      if (chosen(trace.files[file]->lines[line])) lines.push_back({file, line});
     }
   }
   return lines;
@@ -145,7 +145,7 @@ std::string asText(const LoadTrace& trace, const Paint& paint) {
 }
 
 JsonValue lineJson(const LoadTrace& trace, const LineRef& ref) {
-  return JsonMembers{{"path", trace.files[ref.file].path},
+  return JsonMembers{{"path", trace.files[ref.file]->path},
                      {"line", trace.at(ref).number},
                      {"text", trace.at(ref).text}};
 }
@@ -187,7 +187,7 @@ JsonValue filesJson(const LoadTrace& trace) {
   for (const TracedEntry& entry : trace.deciding().entries) {
     if (!entry.file.has_value()) continue;
     files.emplace_back(
-        JsonMembers{{"path", trace.files[*entry.file].path}, {"fallback", entry.fell_back}});
+        JsonMembers{{"path", trace.files[*entry.file]->path}, {"fallback", entry.fellBack()}});
   }
   return files;
 }
@@ -224,7 +224,7 @@ JsonMembers jsonOf(const LoadTrace& trace) {
 }
 
 LoadTrace traceOf(const Options& options) {
-  const Tree tree(options.root, options);
+  const Tree tree(options.root, options, OpenRedirect::Opens::NoSpecialFiles);
   return traceLoad(options.country.value_or(""));
 }
 

@@ -1,61 +1,125 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <algorithm>
-
-#include "tools/command/command.h"
-#include "tools/device/device_library.h"
-#include "tools/device/open_redirect.h"
+#include "tools/block/reader.h"
+#include "tools/command/tree.h"
+#include "tools/device/library_log.h"
 #include "tools/lint/checks.h"
 #include "tools/lint/reports.h"
 #include "tools/trace/countries.h"
 
 namespace {
 
-std::vector<std::string> countriesToLint(const Options& options) {
-  if (options.country.has_value()) return {*options.country};
-  std::vector<std::string> countries = countriesOfTree();
-  countries.emplace_back();
-  return countries;
+Lines linesTaken(const std::vector<LoadTrace>& traces) {
+  Lines taken;
+  std::set<std::shared_ptr<const TracedFile>> seen;
+  for (const LoadTrace& trace : traces) {
+    for (const auto& file : trace.files) {
+      if (!seen.insert(file).second) continue;
+      for (const TracedLine& line : file->lines) {
+        if (line.parameter.has_value()) taken.emplace(file->path, line.number);
+      }
+    }
+  }
+  return taken;
 }
 
-void lintLoad(const std::string& country, const std::string& path_file, Findings& findings) {
-  setDeviceProperties(country, path_file);
-  const LoadTrace trace = traceLoad(country);
-  findings.beginLoad(trace.country);
-  checkPathFiles(trace, findings);
-  checkLines(trace, findings);
-  checkValues(trace, findings);
-  checkParameters(trace, findings);
+// Keys that are missing in loads whose last files are not the same.
+std::set<std::string> keysMissingInMany(const std::vector<LoadTrace>& traces) {
+  std::map<std::string, std::string> last_files;
+  std::set<std::string> keys;
+  for (const LoadTrace& trace : traces) {
+    for (const std::string& key : trace.missing) {
+      const std::string& last = trace.files.back()->path;
+      if (last_files.emplace(key, last).first->second != last) keys.insert(key);
+    }
+  }
+  return keys;
 }
 
-Findings lintTree(const Options& options) {
-  const TargetRoot root(options.root);
-  const OpenRedirect redirect(root);
+void checkFile(const LoadTrace& trace, size_t index, const Lines& taken, Findings& findings) {
+  const TracedFile& traced = *trace.files[index];
+  const std::string name = traced.path + '\n' + trace.selection.ch5 + '\n' + trace.selection.ch9;
+  findings.once(name, [&] {
+    const CheckedFile file(trace, index, taken);
+    const std::string& first = traced.content;
+    const std::string first_key =
+        hasByteOrderMark(first) ? first.substr(3, first.find('=') - 3) : "";
+    checkText(traced.path, traced.content, first_key, findings);
+    checkLines(file, findings);
+    checkValues(file, findings);
+  });
+}
+
+Findings findingsOf(const std::vector<LoadTrace>& traces) {
   Findings findings;
-  setDeviceProperties("", options.path_file);
-  for (const std::string& country : countriesToLint(options)) {
-    lintLoad(country, options.path_file, findings);
+  const Lines taken = linesTaken(traces);
+  const std::set<std::string> missing_in_many = keysMissingInMany(traces);
+  for (size_t load = 0; load < traces.size(); ++load) {
+    const LoadTrace& trace = traces[load];
+    findings.beginLoad(load);
+    checkPathFiles(trace, findings);
+    checkParameters(trace, findings);
+    for (size_t file = 0; file < trace.files.size(); ++file) {
+      checkFile(trace, file, taken, findings);
+    }
+    findings.once("", [&] { checkUnreadFiles(traces, findings); });
+    checkOutcome(trace, missing_in_many, findings);
   }
   return findings;
 }
 
-std::string report(const Findings& findings, const std::string& format, const Paint& paint) {
-  if (format == "json") return jsonReport(findings);
-  if (format == "sarif") return sarifReport(findings);
-  if (format == "github") return githubReport(findings);
-  return textReport(findings, paint);
+Exceptions exceptionsOf(const Options& options) {
+  Exceptions exceptions;
+  for (const std::string& rule : options.ignored_rules) exceptions.ignore(rule);
+  if (!options.baseline.empty()) {
+    exceptions.addBaseline(options.baseline, readInput(options.baseline));
+  }
+  return exceptions;
 }
 
-bool isClean(const Findings& findings) {
-  return std::none_of(findings.all().begin(), findings.all().end(),
-                      [](const Finding& finding) { return finding.severity != Severity::Note; });
+LintReport reportOf(const Options& options, const TargetRoot& root) {
+  LintReport report;
+  std::vector<LoadTrace> traces;
+  report.loads = options.country.has_value() ? std::vector<std::string>{*options.country}
+                                             : countriesToLoad(options.countries);
+  if (!options.country.has_value() && options.countries.empty()) {
+    report.not_taken = countriesOfTree().others;
+  }
+  LoadTracer tracer;
+  for (const std::string& country : report.loads) {
+    traces.push_back(tracer.trace(country));
+    if (!traces.back().block.has_value()) ++report.without_block;
+  }
+  Findings findings = findingsOf(traces);
+  for (const std::string& rule : options.error_rules) findings.takeAsErrors(ruleCalled(rule));
+  Exceptions exceptions = exceptionsOf(options);
+  report.groups = grouped(findings, exceptions, options.notes || options.fail_on == "note");
+  report.stale = exceptions.unusedLines();
+  report.shown_path = [&root](const std::string& path) { return root.hostPath(path); };
+  return report;
+}
+
+std::string formatted(const LintReport& report, const std::string& format, const Paint& paint) {
+  if (format == "json") return jsonReport(report);
+  if (format == "sarif") return sarifReport(report, libraryVersion());
+  if (format == "baseline") return baselineOf(report);
+  if (format == "github") return githubReport(report);
+  return textReport(report, paint);
+}
+
+bool fails(const LintReport& report, const std::string& fail_on) {
+  if (report.groups.empty()) return false;
+  if (fail_on == "note") return true;
+  return report.worst() == Severity::Error ||
+         (fail_on == "warning" && report.worst() == Severity::Warning);
 }
 
 }  // namespace
 
 Outcome lint(const Options& options, const Paint& paint) {
-  Findings findings = lintTree(options);
-  findings.showPathsBelow(options.root);
-  for (const std::string& rule : options.error_rules) findings.takeAsErrors(ruleCalled(rule));
-  for (const std::string& rule : options.ignored_rules) findings.ignore(ruleCalled(rule));
-  return {isClean(findings) ? kGood : kFindings, report(findings, options.format, paint), {}};
+  const Tree tree(options.root, options, OpenRedirect::Opens::NoSpecialFiles);
+  const LintReport report = reportOf(options, tree.root());
+  return {fails(report, options.fail_on) ? kFindings : kGood,
+          formatted(report, options.format, paint),
+          {},
+          report.summary()};
 }

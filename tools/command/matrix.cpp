@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <algorithm>
 
-#include "loader/calib_path.h"
 #include "tools/block/difference.h"
 #include "tools/block/view.h"
 #include "tools/command/tree.h"
@@ -18,33 +17,38 @@ struct Row {
   Bytes block;  // As the shared library writes it; empty without a valid calibration.
 };
 
-Row rowFor(const std::string& country, const Options& options, const DeviceLibrary& library) {
+Row rowFor(const std::string& country, const Options& options, const DeviceLibrary& library,
+           LoadTracer& tracer) {
   setDeviceProperties(country, options.path_file);
   Row row{countryName(country), {}, library.load(kBlockSize)};
   const LogCapture log;  // The load above has logged everything already.
-  row.trace = traceLoad(country);
+  row.trace = tracer.trace(country);
+  if (row.trace.unknown) row.block.clear();
   return row;
 }
 
-// All countries of the tree, then the default and a device without a country code.
 std::vector<Row> rowsOf(const Options& options) {
   const DeviceLibrary library(options.library);
-  const Tree tree(options.root, options);
-  std::vector<std::string> countries = countriesOfTree();
-  countries.insert(countries.end(), {CalibPath::kDefaultCountry, ""});
+  const Tree tree(options.root, options, OpenRedirect::Opens::NoSpecialFiles);
+  LoadTracer tracer;
   std::vector<Row> rows;
-  rows.reserve(countries.size());
-  for (const std::string& country : countries) rows.push_back(rowFor(country, options, library));
+  for (const std::string& country : countriesToLoad(options.countries)) {
+    rows.push_back(rowFor(country, options, library, tracer));
+  }
   return rows;
 }
 
-const Row& defaultRow(const std::vector<Row>& rows) {
-  return rows.at(rows.size() - 2);
+// The block of any other country; empty where it is not loaded, or gives none.
+Bytes usualBlock(const std::vector<Row>& rows) {
+  for (const Row& row : rows) {
+    if (row.trace.country == kOtherCountry) return row.block;
+  }
+  return {};
 }
 
 std::vector<std::string> differencesFromDefault(const Row& row, const std::vector<Row>& rows) {
   std::vector<std::string> names;
-  const Bytes& usual = defaultRow(rows).block;
+  const Bytes usual = usualBlock(rows);
   if (row.block.empty() || usual.empty()) return names;
   for (const BlockField* field : differingFields(row.block, usual)) {
     if (field->kind != FieldKind::Crc) names.emplace_back(field->name);
@@ -56,7 +60,7 @@ std::vector<std::string> fallbacksOf(const Row& row) {
   std::vector<std::string> fallbacks;
   if (!row.trace.decided) return fallbacks;
   for (const TracedEntry& entry : row.trace.deciding().entries) {
-    if (entry.fell_back) fallbacks.push_back(entry.last_path);
+    if (entry.fellBack()) fallbacks.push_back(entry.fallback->path);
   }
   return fallbacks;
 }
@@ -76,7 +80,7 @@ std::string problemText(const LoadTrace& trace) {
 
 std::string differenceText(const Row& row, const std::vector<Row>& rows) {
   if (row.block.empty()) return problemText(row.trace);
-  if (defaultRow(rows).block.empty()) return "the default has no block";
+  if (usualBlock(rows).empty()) return "the default has no block";
   const std::vector<std::string> names = differencesFromDefault(row, rows);
   return names.empty() ? "as the default" : joined(names, ", ");
 }
@@ -84,10 +88,10 @@ std::string differenceText(const Row& row, const std::vector<Row>& rows) {
 std::string filesText(const Row& row, const Paint& paint) {
   std::string out;
   const std::vector<std::string> fallbacks = fallbacksOf(row);
-  for (const TracedFile& file : row.trace.files) {
+  for (const auto& file : row.trace.files) {
     const bool fallback =
-        std::find(fallbacks.begin(), fallbacks.end(), file.path) != fallbacks.end();
-    out += "    " + printable(file.path) + (fallback ? paint.cyan("  (fallback)") : "") + "\n";
+        std::find(fallbacks.begin(), fallbacks.end(), file->path) != fallbacks.end();
+    out += "    " + printable(file->path) + (fallback ? paint.cyan("  (fallback)") : "") + "\n";
   }
   return out;
 }
@@ -108,12 +112,12 @@ std::string asText(const std::vector<Row>& rows, const Paint& paint) {
 
 std::vector<std::string> pathsOf(const Row& row) {
   std::vector<std::string> paths;
-  for (const TracedFile& file : row.trace.files) paths.push_back(file.path);
+  for (const auto& file : row.trace.files) paths.push_back(file->path);
   return paths;
 }
 
 JsonValue rowJson(const Row& row, const std::vector<Row>& rows) {
-  JsonMembers json = {{"country", row.trace.country},
+  JsonMembers json = {{"country", countryWord(row.trace.country)},
                       {"valid", !row.block.empty()},
                       {"files", pathsOf(row)},
                       {"fallbacks", fallbacksOf(row)}};

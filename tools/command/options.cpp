@@ -22,8 +22,16 @@ constexpr Option kOptions[] = {
      "One more path file, tried first"},
     {"error",     0,   Value::Rule,   &Options::error_rules,   kLint,
      "Report this rule's findings as errors; may be repeated"},
-    {"ignore",    0,   Value::Rule,   &Options::ignored_rules, kLint,
-     "Leave out this rule's findings; may be repeated"},
+    {"ignore",    0,   Value::RulePath, &Options::ignored_rules, kLint,
+     "Leave out this rule's findings, or those about one file; may be repeated"},
+    {"countries", 0,   Value::Text,   &Options::countries,     kLint | kMatrix,
+     "Exactly these loads: codes, 'other', 'none', with commas between"},
+    {"fail-on",   0,   Value::Severity, &Options::fail_on,     kLint,
+     "The least severe finding that makes the exit status 1: error, warning or note"},
+    {"notes",     0,   Value::None,   &Options::notes,         kLint,
+     "Show notes too"},
+    {"baseline",  0,   Value::File,   &Options::baseline,      kLint,
+     "Leave out the findings of this file, which --format baseline has written"},
     {"capacity",  0,   Value::Number, &Options::capacity,      kBuild,
      "The size of the caller's buffer"},
     {"library",   0,   Value::File,   &Options::library,       kBuild | kMatrix | kDiff,
@@ -56,12 +64,12 @@ constexpr Subcommand kSubcommands[] = {
      "BLOCK is a file with raw bytes, hexadecimal text or any format of build; - is the standard\n"
      "input. The format text is a calibration text that makes the same block."},
     {"lint", kLint, lint, "Find what the library ignores without a message",
-     "text,json,sarif,github", "",
+     "text,json,sarif,github,baseline", "",
      "  tarnix-uwb-params lint --root out/target\n"
      "  tarnix-uwb-params lint --root out/target --country US --error unknown-key\n"
      "  tarnix-uwb-params lint --root out/target --format sarif -o lint.sarif\n"
-     "Without --country, every country of the tree is loaded, and no country code. Notes alone\n"
-     "leave the exit status 0."},
+     "Without --country and --countries, every country of the tree is loaded, any other country,\n"
+     "and no country code."},
     {"explain", kExplain, explain, "Show for each field of the block which line set it",
      "text,json", "", "  tarnix-uwb-params explain --root out/target --country DE"},
     {"matrix", kMatrix, matrix, "Compare the blocks of all countries that the tree has files for",
@@ -76,19 +84,9 @@ constexpr char kExitStatus[] =
     "Exit status: 0 success; 1 findings, differences or no valid calibration; 2 wrong usage or\n"
     "unreadable input.\n";
 
-std::vector<std::string> split(const std::string& list) {
-  std::vector<std::string> parts;
-  for (size_t begin = 0; begin < list.size();) {
-    const size_t end = std::min(list.find(',', begin), list.size());
-    parts.push_back(list.substr(begin, end - begin));
-    begin = end + 1;
-  }
-  return parts;
-}
-
 // What the help calls a value, in the order of Value.
-constexpr const char* kValueNames[] = {"",        " TEXT", " FILE", " DIR",
-                                       " FORMAT", " WHEN", " RULE", " NUMBER"};
+constexpr const char* kValueNames[] = {"",      " TEXT", " FILE",        " DIR",      " FORMAT",
+                                       " WHEN", " RULE", " RULE[:PATH]", " SEVERITY", " NUMBER"};
 
 std::string optionHelp(const Option& option, const Subcommand& subcommand) {
   std::string spelling =
@@ -160,13 +158,14 @@ std::vector<Option> optionsOf(const Subcommand& subcommand) {
 }
 
 std::vector<std::string> operandsOf(const Subcommand& subcommand) {
-  return split(subcommand.operands);
+  return split(subcommand.operands, ',');
 }
 
 std::vector<std::string> choicesOf(const Option& option, const Subcommand& subcommand) {
-  if (option.value == Value::Format) return split(subcommand.formats);
+  if (option.value == Value::Format) return split(subcommand.formats, ',');
   if (option.value == Value::Color) return {"auto", "always", "never"};
-  if (option.value == Value::Rule) return ruleNames();
+  if (option.value == Value::Rule || option.value == Value::RulePath) return ruleNames();
+  if (option.value == Value::Severity) return {"error", "warning", "note"};
   return {};
 }
 

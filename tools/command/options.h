@@ -21,7 +21,7 @@ struct Subcommand {
 };
 
 // The kind of an option's value.
-enum class Value { None, Text, File, Folder, Format, Color, Rule, Number };
+enum class Value { None, Text, File, Folder, Format, Color, Rule, RulePath, Severity, Number };
 
 struct Option {
   const char* name;

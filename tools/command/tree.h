@@ -9,7 +9,10 @@
 class Tree {
  public:
   // Throws std::runtime_error, one line, when the tree cannot be used or lacks the path file.
-  Tree(const std::string& root, const Options& options);
+  Tree(const std::string& root, const Options& options,
+       OpenRedirect::Opens opens = OpenRedirect::Opens::AllFiles);
+
+  const TargetRoot& root() const { return root_; }
 
  private:
   const TargetRoot root_;

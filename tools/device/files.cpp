@@ -4,6 +4,7 @@
 #include <dirent.h>
 #include <fcntl.h>
 
+#include <climits>
 #include <memory>
 
 #include "tools/device/descriptor.h"
@@ -15,6 +16,17 @@ std::optional<struct stat> statusOf(const std::string& path) {
   return status;
 }
 
+bool isSpecial(const struct stat& status) {
+  return !S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode) && !S_ISLNK(status.st_mode);
+}
+
+std::string linkAt(const std::string& path) {
+  const Descriptor link(open(path.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC));
+  char target[PATH_MAX];
+  const ssize_t length = readlinkat(link.number(), "", target, sizeof(target));
+  return length < 0 ? std::string() : std::string(target, static_cast<size_t>(length));
+}
+
 bool canBeOpened(const std::string& path) {
   return Descriptor(open(path.c_str(), O_RDONLY | O_CLOEXEC)).isOpen();
 }
@@ -24,6 +36,9 @@ std::vector<std::string> namesIn(const std::string& directory) {
   const int file = open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   const std::unique_ptr<DIR, int (*)(DIR*)> stream(file < 0 ? nullptr : fdopendir(file), closedir);
   if (stream == nullptr) return names;
-  while (const dirent* const entry = readdir(stream.get())) names.emplace_back(entry->d_name);
+  while (const dirent* const entry = readdir(stream.get())) {
+    const std::string name = entry->d_name;
+    if (name != "." && name != "..") names.push_back(name);
+  }
   return names;
 }

@@ -12,6 +12,12 @@
 // What the path leads to; nothing, and the reason in errno, when it leads to no file.
 std::optional<struct stat> statusOf(const std::string& path);
 
+// Whether it is a pipe, a socket or a device.
+bool isSpecial(const struct stat& status);
+
+// What the link at the path says; empty for what is no link.
+std::string linkAt(const std::string& path);
+
 // Whether the file can be opened for reading; the reason is in errno when not.
 bool canBeOpened(const std::string& path);
 

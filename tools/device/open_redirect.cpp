@@ -2,12 +2,17 @@
 #include "tools/device/open_redirect.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 
+#include <cerrno>
 #include <cstdarg>
+
+#include "tools/device/files.h"
 
 namespace {
 
 thread_local const TargetRoot* root_of_thread = nullptr;
+thread_local bool opens_special_files = true;
 
 bool createsFile(int flags) {
   return (flags & O_CREAT) != 0 || (flags & O_TMPFILE) == O_TMPFILE;
@@ -17,10 +22,23 @@ bool onlyReads(int flags) {
   return (flags & O_ACCMODE) == O_RDONLY && (flags & O_TRUNC) == 0 && !createsFile(flags);
 }
 
+int openInTree(const char* path, int flags) {
+  if (!opens_special_files && (flags & O_PATH) == 0) {
+    const Descriptor file(root_of_thread->open(path, O_PATH | O_CLOEXEC));
+    struct stat status {};
+    if (file.isOpen() && fstat(file.number(), &status) == 0 && isSpecial(status)) {
+      errno = ENXIO;
+      return -1;
+    }
+  }
+  return root_of_thread->open(path, flags);
+}
+
 }  // namespace
 
-OpenRedirect::OpenRedirect(const TargetRoot& root) {
+OpenRedirect::OpenRedirect(const TargetRoot& root, Opens opens) {
   root_of_thread = &root;
+  opens_special_files = opens == Opens::AllFiles;
 }
 
 OpenRedirect::~OpenRedirect() {
@@ -36,7 +54,7 @@ using OpenFunction = int(const char* path, int flags, ...);
 __attribute__((visibility("default"))) OpenFunction redirected __asm__("open");
 
 int redirected(const char* path, int flags, ...) {
-  if (root_of_thread != nullptr && onlyReads(flags)) return root_of_thread->open(path, flags);
+  if (root_of_thread != nullptr && onlyReads(flags)) return openInTree(path, flags);
   mode_t mode = 0;
   if (createsFile(flags)) {
     va_list arguments;

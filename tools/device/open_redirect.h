@@ -9,7 +9,10 @@
 // itself are not changed.
 class OpenRedirect {
  public:
-  explicit OpenRedirect(const TargetRoot& root);
+  // Who only looks opens no pipe, socket or device, where a load may wait or read without end.
+  enum class Opens { AllFiles, NoSpecialFiles };
+
+  explicit OpenRedirect(const TargetRoot& root, Opens opens = Opens::AllFiles);
   ~OpenRedirect();
   OpenRedirect(const OpenRedirect&) = delete;
   OpenRedirect& operator=(const OpenRedirect&) = delete;

@@ -3,6 +3,7 @@
 
 #include <fcntl.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <stdexcept>
@@ -30,12 +31,19 @@ void require(int file, const std::string& directory) {
 }  // namespace
 
 TargetRoot::TargetRoot(const std::string& directory, const std::string& working_directory)
-    : directory_(directory.empty() ? kNone : openat(AT_FDCWD, directory.c_str(), kDirectory)),
+    : name_(directory),
+      directory_(directory.empty() ? kNone : openat(AT_FDCWD, directory.c_str(), kDirectory)),
       relative_to_(working_directory == "/" ? "" : working_directory + "/") {
   if (directory.empty()) return;
   require(directory_.number(), directory);
   const Descriptor start(open(working_directory, kDirectory));
   require(start.number(), directory);
+}
+
+std::string TargetRoot::hostPath(const std::string& path) const {
+  if (name_.empty()) return path;
+  return name_.substr(0, name_.find_last_not_of('/') + 1) + "/" +
+         path.substr(std::min(path.find_first_not_of("./"), path.size()));
 }
 
 int TargetRoot::open(const std::string& path, int flags) const {

@@ -16,7 +16,11 @@ class TargetRoot {
   // As open(2) in the tree, for flags that create no file.
   int open(const std::string& path, int flags) const;
 
+  // What the host calls the file that has this path in the tree.
+  std::string hostPath(const std::string& path) const;
+
  private:
+  const std::string name_;
   const Descriptor directory_;
   const std::string relative_to_;  // What relative paths are appended to.
 };

@@ -1,37 +1,70 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
 #include "tools/lint/findings.h"
 #include "tools/trace/load_trace.h"
 
-// The checks. Each examines one load and adds its findings.
+// The rules. Each looks at one load, or at one file of a load, and adds what it finds.
 
-// Lines that set nothing: unknown keys, misplaced blanks, text without '='.
-void checkLines(const LoadTrace& trace, Findings& findings);
+// Lines of files, by path and number.
+using Lines = std::set<std::pair<std::string, size_t>>;
 
-// What follows '=': numbers, their spelling and range, text after them.
-void checkValues(const LoadTrace& trace, Findings& findings);
+// One file of a load, with the trees that take its lines.
+struct CheckedFile {
+  CheckedFile(const LoadTrace& load, size_t file_of_load, const Lines& taken_by_any)
+      : trace(load),
+        index(file_of_load),
+        file(*load.files[file_of_load]),
+        taken(taken_by_any),
+        selection(selectionProbe()),
+        calibration(calibrationProbe(load.selection)) {}
 
-// What the lines set together: selectors, ports, values set twice or never.
+  bool takes(const std::string& line) const;
+  Place place(const TracedLine& line, size_t column = 1) const {
+    return {file.path, line.number, column, line.text};
+  }
+
+  const LoadTrace& trace;
+  const size_t index;  // In the load's files.
+  const TracedFile& file;
+  const Lines& taken;  // The lines that set something in any load.
+  const SchemaProbe selection;
+  const SchemaProbe calibration;
+};
+
+// Lines that set nothing: unknown keys, blanks in the way, text without '='.
+void checkLines(const CheckedFile& file, Findings& findings);
+
+// What stands after '=': numbers, their spelling and range, text after them.
+void checkValues(const CheckedFile& file, Findings& findings);
+
+// Bytes that are no text. `first_lost` is blamed on a byte order mark.
+void checkText(const std::string& path, const std::string& content, const std::string& first_lost,
+               Findings& findings);
+
+// What the lines make together: selectors, ports, values set twice.
 void checkParameters(const LoadTrace& trace, Findings& findings);
 
 // The path files, their entries, and the files that these name.
 void checkPathFiles(const LoadTrace& trace, Findings& findings);
 
-// The place of a character of a traced line.
-Place placeIn(const LoadTrace& trace, const LineRef& ref, size_t column = 1);
+// What is missing, and whether there is a block. To be called last: it names what the other checks
+// have found as the cause. A key that is missing in loads with different last files is looked for
+// at the path file.
+void checkOutcome(const LoadTrace& trace, const std::set<std::string>& missing_in_many,
+                  Findings& findings);
 
-// Calls `visit` for every line of every file.
-template <typename Visit>
-void forEachLine(const LoadTrace& trace, const Visit& visit) {
-  for (size_t file = 0; file < trace.files.size(); ++file) {
-    for (size_t line = 0; line < trace.files[file].lines.size(); ++line) {
-      visit(LineRef{file, line}, trace.files[file].lines[line]);
-    }
-  }
-}
+// Files that no load reads, and that lie beside one that a load asks for under a similar name.
+void checkUnreadFiles(const std::vector<LoadTrace>& traces, Findings& findings);
 
-// Whether the text, after any blanks, is a comment.
+bool hasByteOrderMark(const std::string& text);
+
+// Whether a comment begins at the first character of `text` that is no blank.
 bool beginsComment(const std::string& text);
 
 // The number of blanks from `at` on.

@@ -2,7 +2,7 @@
 #include <algorithm>
 
 #include "tools/lint/checks.h"
-#include "tools/text/nearest.h"
+#include "tools/lint/key_hints.h"
 #include "tools/text/text.h"
 
 namespace {
@@ -10,6 +10,9 @@ namespace {
 using Kind = LineEffect::Kind;
 
 constexpr char kBlanks[] = " \t\v\f\r";
+
+// A comment silences a rule for the next line: "# lint-ignore RULE".
+constexpr char kSilencer[] = "lint-ignore ";
 
 std::string withoutBlanks(std::string text) {
   text.erase(std::remove_if(text.begin(), text.end(),
@@ -22,14 +25,10 @@ std::string withoutBlanks(std::string text) {
 
 bool isIgnored(const std::string& text) {
   static const SchemaProbe probe = selectionProbe();
-  return probe.feed(text + "=1").kind == Kind::Comment;
-}
-
-// The key that was probably meant; empty when none is near.
-std::string nearestKey(const LoadTrace& trace, const std::string& key) {
-  std::vector<std::string> keys;
-  for (const TracedParameter& parameter : trace.parameters) keys.push_back(parameter.key);
-  return nearestOf(key, keys);
+  static std::map<std::string, bool> known;
+  const auto [at, is_new] = known.try_emplace(text);
+  if (is_new) at->second = probe.feed(text + "=1").kind == Kind::Comment;
+  return at->second;
 }
 
 // A message stays short even if a key is very long.
@@ -38,99 +37,119 @@ std::string shortened(const std::string& key) {
   return key.size() <= kMost ? key : key.substr(0, kMost) + "...";
 }
 
-// The two trees of the load.
-class Trees {
- public:
-  explicit Trees(const LoadTrace& trace)
-      : selection_(selectionProbe()), calibration_(calibrationProbe(trace.selection)) {}
-
-  bool haveKeyOf(const std::string& line) const {
-    return selection_.feed(line).namesParameter() || calibration_.feed(line).namesParameter();
-  }
-
- private:
-  const SchemaProbe selection_;
-  const SchemaProbe calibration_;
-};
-
 // An assignment that sets nothing.
 class DroppedLine {
  public:
-  DroppedLine(const LoadTrace& trace, const Trees& trees, const LineRef& ref)
-      : trace_(trace),
-        trees_(trees),
-        ref_(ref),
-        text_(trace.at(ref).text),
-        equal_(text_.find('=')) {}
+  DroppedLine(const CheckedFile& file, const KeyHints& hints, const TracedLine& line,
+              Findings& findings)
+      : file_(file),
+        hints_(hints),
+        line_(line),
+        text_(line.text),
+        equal_(text_.find('=')),
+        key_(withoutBlanks(text_.substr(0, equal_))),
+        findings_(findings) {}
 
-  void check(Findings& findings) const {
-    const std::string key = withoutBlanks(text_.substr(0, equal_));
-    if (key == text_.substr(0, equal_) || !trees_.haveKeyOf(key + text_.substr(equal_))) {
-      checkKey(key, findings);
+  void check() const {
+    if (key_ == text_.substr(0, equal_) || !file_.takes(key_ + text_.substr(equal_))) {
+      checkKey();
       return;
     }
-    checkLeadingBlank(findings);
-    checkBlankBeforeEqual(findings);
-    checkInnerBlank(key, findings);
+    checkLeadingBlank();
+    checkBlankBeforeEqual();
+    checkInnerBlank();
   }
 
  private:
-  void checkKey(const std::string& key, Findings& findings) const {
-    const std::string nearest = nearestKey(trace_, key);
+  void add(Rule rule, size_t column, const std::string& message, const std::string& meant) const {
+    findings_.blame(meant, findings_.add(rule, file_.place(line_, column), message));
+  }
+
+  void checkKey() const {
+    const size_t column = blanksAt(text_, 0) + 1;
+    const size_t dot = key_.find('.');
+    if (file_.taken.count({file_.file.path, line_.number}) > 0) {
+      findings_.add(Rule::OtherAntenna, file_.place(line_, column),
+                    "antenna '" + shortened(key_.substr(0, dot)) +
+                        "' serves no channel here: the line sets nothing");
+      return;
+    }
+    const KeyHint hint = hints_.hintFor(key_);
     // Without the antennas' names, a key that begins with one cannot be judged.
-    if (nearest.empty() && !trace_.selected && key.find('.') != key.npos) return;
-    std::string message = "no parameter has the key '" + shortened(key) + "'";
-    if (!nearest.empty()) message += "; did you mean '" + nearest + "'?";
-    findings.add(Rule::UnknownKey, placeIn(trace_, ref_, blanksAt(text_, 0) + 1), message);
+    if (hint.text.empty() && !file_.trace.selected && dot != key_.npos) return;
+    const Findings::Id finding =
+        findings_.add(Rule::UnknownKey, file_.place(line_, column),
+                      "no parameter has the key '" + shortened(key_) + "'" + hint.text);
+    if (!hint.key.empty()) findings_.blame(hint.key, finding);
   }
 
-  void checkLeadingBlank(Findings& findings) const {
+  void checkLeadingBlank() const {
     if (blanksAt(text_, 0) == 0) return;
-    findings.add(Rule::LeadingBlank, placeIn(trace_, ref_),
-                 "a blank before the key: the line sets nothing");
+    add(Rule::LeadingBlank, 1, "a blank before the key: the line sets nothing; remove the blank",
+        key_);
   }
 
-  void checkBlankBeforeEqual(Findings& findings) const {
+  void checkBlankBeforeEqual() const {
     const size_t end = text_.find_last_not_of(kBlanks, equal_ - 1) + 1;
     if (end == equal_) return;
-    findings.add(Rule::BlankBeforeEqual, placeIn(trace_, ref_, end + 1),
-                 "a blank before '=': the line sets nothing");
+    add(Rule::BlankBeforeEqual, end + 1,
+        "a blank before '=': the line sets nothing; remove the blank", key_);
   }
 
   // If what follows the blank is a key, the blank comes after a mark; otherwise it splits the key.
-  void checkInnerBlank(const std::string& key, Findings& findings) const {
+  void checkInnerBlank() const {
     const size_t begin = blanksAt(text_, 0);
     const size_t blank = text_.find_first_of(kBlanks, begin);
     if (blank >= equal_ || blank + blanksAt(text_, blank) == equal_) return;
     const std::string rest = withoutBlanks(text_.substr(blank, equal_ - blank));
-    if (trees_.haveKeyOf(rest + text_.substr(equal_))) {
-      findings.add(Rule::BlankAfterCcc, placeIn(trace_, ref_, blank + 1),
-                   "a blank after " + shortened(text_.substr(begin, blank - begin)) +
-                       ": the line sets nothing");
+    if (file_.takes(rest + text_.substr(equal_))) {
+      add(Rule::BlankAfterCcc, blank + 1,
+          "a blank after " + shortened(text_.substr(begin, blank - begin)) +
+              ": the line sets nothing; remove the blank",
+          rest);
     } else {
-      findings.add(Rule::UnknownKey, placeIn(trace_, ref_, blank + 1),
-                   "a blank inside the key '" + shortened(key) + "': the line sets nothing");
+      add(Rule::UnknownKey, blank + 1,
+          "a blank inside the key '" + shortened(key_) +
+              "': the line sets nothing; remove the blank",
+          key_);
     }
   }
 
-  const LoadTrace& trace_;
-  const Trees& trees_;
-  const LineRef ref_;
+  const CheckedFile& file_;
+  const KeyHints& hints_;
+  const TracedLine& line_;
   const std::string& text_;
   const size_t equal_;
+  const std::string key_;
+  Findings& findings_;
 };
 
-void checkTextWithoutEqual(const LoadTrace& trace, const LineRef& ref, Findings& findings) {
-  const std::string& text = trace.at(ref).text;
-  if (withoutBlanks(text).empty() || beginsComment(text)) return;
-  findings.add(Rule::NoEqual, placeIn(trace, ref, blanksAt(text, 0) + 1),
-               "neither an assignment nor a comment: the line sets nothing");
+void checkTextWithoutEqual(const CheckedFile& file, const TracedLine& line, Findings& findings) {
+  const std::string& text = line.text;
+  const size_t begin = blanksAt(text, 0);
+  if (begin == text.size()) return;
+  if (beginsComment(text)) {
+    const size_t silencer = text.find(kSilencer);
+    if (silencer == text.npos) return;
+    const std::string rule = text.substr(silencer + sizeof(kSilencer) - 1);
+    findings.silence(rule.substr(0, rule.find_first_of(kBlanks)), file.file.path, line.number + 1);
+    return;
+  }
+  const Findings::Id finding =
+      findings.add(Rule::NoEqual, file.place(line, begin + 1),
+                   "neither an assignment nor a comment: the line sets nothing; write KEY=VALUE");
+  const std::string word = text.substr(begin, text.find_first_of(kBlanks, begin) - begin);
+  if (file.takes(word + "=1")) findings.blame(word, finding);
 }
 
 }  // namespace
 
-Place placeIn(const LoadTrace& trace, const LineRef& ref, size_t column) {
-  return {trace.files[ref.file].path, trace.at(ref).number, column, trace.at(ref).text};
+bool CheckedFile::takes(const std::string& line) const {
+  for (const SchemaProbe* probe : {&selection, &calibration}) {
+    const Kind kind = probe->feed(line).kind;
+    if (kind == Kind::Sets || kind == Kind::Fails) return true;
+  }
+  return false;
 }
 
 bool beginsComment(const std::string& text) {
@@ -144,15 +163,15 @@ size_t blanksAt(const std::string& text, size_t at) {
   return std::min(text.find_first_not_of(kBlanks, at), text.size()) - std::min(at, text.size());
 }
 
-void checkLines(const LoadTrace& trace, Findings& findings) {
-  const Trees trees(trace);
-  forEachLine(trace, [&](const LineRef& ref, const TracedLine& line) {
-    if (line.parameter.has_value()) return;
+void checkLines(const CheckedFile& file, Findings& findings) {
+  const KeyHints hints(file.trace);
+  for (const TracedLine& line : file.file.lines) {
+    if (line.parameter.has_value() || (line.number == 1 && hasByteOrderMark(line.text))) continue;
     const bool assignment = line.text.find('=') != line.text.npos;
     if (assignment && line.effect.kind == Kind::Dropped) {
-      DroppedLine(trace, trees, ref).check(findings);
+      DroppedLine(file, hints, line, findings).check();
     } else {
-      checkTextWithoutEqual(trace, ref, findings);
+      checkTextWithoutEqual(file, line, findings);
     }
-  });
+  }
 }

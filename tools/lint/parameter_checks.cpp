@@ -8,6 +8,10 @@
 
 namespace {
 
+Place placeIn(const LoadTrace& trace, const LineRef& ref, size_t column = 1) {
+  return {trace.files[ref.file]->path, trace.at(ref).number, column, trace.at(ref).text};
+}
+
 // Where the value of the line begins.
 Place valuePlace(const LoadTrace& trace, const LineRef& ref) {
   const std::string& text = trace.at(ref).text;
@@ -26,41 +30,58 @@ void checkWiring(const LoadTrace& trace, const TracedParameter& parameter, Findi
   const auto value =
       static_cast<uint8_t>(std::strtoul(trace.at(winner).effect.value.c_str(), nullptr, 10));
   const Role role = parameter.facts->role;
+  const auto addFailure = [&](Rule rule, const std::string& message) {
+    findings.blame(kOutcome, findings.add(rule, valuePlace(trace, winner),
+                                          message + ": the conversion fails on the device"));
+  };
   if (role == Role::SelectorLine && !isAnySelectors(&Selector::line, value)) {
-    findings.add(Rule::SelectorLine, valuePlace(trace, winner),
-                 "GPIO " + std::to_string(value) +
-                     " is no selector line: the conversion fails on the device");
+    addFailure(Rule::SelectorLine, "GPIO " + std::to_string(value) + " is no selector line");
   } else if (role == Role::SelectorLevel && !isAnySelectors(&Selector::level, value)) {
-    findings.add(Rule::SelectorLevel, valuePlace(trace, winner),
-                 std::to_string(value) + " is no level: the conversion fails on the device");
+    addFailure(Rule::SelectorLevel, std::to_string(value) + " is no level of a selector line");
   } else if (role == Role::Port && value == UINT8_MAX) {
     findings.add(Rule::Port255, valuePlace(trace, winner),
                  "ports are counted from 1 in the block, so 255 wraps around to 0");
   }
 }
 
-void checkOverridden(const LoadTrace& trace, const TracedParameter& parameter, Findings& findings) {
+void checkDuplicates(const LoadTrace& trace, const TracedParameter& parameter, Findings& findings) {
   for (size_t i = 1; i < parameter.settings.size(); ++i) {
     const LineRef& earlier = parameter.settings[i - 1];
     const LineRef& later = parameter.settings[i];
-    if (earlier.file == later.file) {
-      findings.add(Rule::DuplicateKey, placeIn(trace, later),
-                   "'" + parameter.key + "' has a value in line " +
-                       std::to_string(trace.at(earlier).number) + " already; this one wins");
-    } else {
-      findings.add(Rule::OverriddenValue, placeIn(trace, earlier),
-                   "'" + parameter.key + "' is set again in " + trace.placeText(later));
-    }
+    if (earlier.file != later.file) continue;
+    findings.add(Rule::DuplicateKey, placeIn(trace, later),
+                 "'" + parameter.key + "' has a value in line " +
+                     std::to_string(trace.at(earlier).number) + " already; this one wins");
   }
 }
 
-void checkMissing(const LoadTrace& trace, Findings& findings) {
-  // A missing key has no line; it is reported at the last file, where it can be added.
-  const Place place{trace.files.back().path, 1, 1, {}};
+// No line sets these keys: for one reason, or for none that is known.
+Findings::Id addMissing(const LoadTrace& trace, const std::vector<std::string>& keys,
+                        std::optional<Findings::Id> cause, bool in_many, Findings& findings) {
+  // A missing key has no line; it is reported where it can be added.
+  const std::string& path =
+      cause.has_value() || in_many ? trace.deciding().path : trace.files.back()->path;
+  const std::string where = cause.has_value() ? ""
+                            : in_many         ? "; add it to one of the files that are listed here"
+                                              : "; add it here or in a file before";
+  return findings.add(Rule::MissingKey, {path, 1, 1, {}},
+                      "no line sets '" + joined(keys, "', '") + "'" + where, {}, cause);
+}
+
+std::optional<Findings::Id> checkMissing(const LoadTrace& trace,
+                                         const std::set<std::string>& missing_in_many,
+                                         Findings& findings) {
+  std::map<std::pair<std::optional<Findings::Id>, bool>, std::vector<std::string>> groups;
   for (const std::string& key : trace.missing) {
-    findings.add(Rule::MissingKey, place,
-                 "no line sets '" + key + "', neither here nor in the files before");
+    const std::optional<Findings::Id> cause = findings.causeOf({key, kAnyKey});
+    groups[{cause, missing_in_many.count(key) > 0}].push_back(key);
   }
+  std::optional<Findings::Id> first;
+  for (const auto& [group, keys] : groups) {
+    const Findings::Id finding = addMissing(trace, keys, group.first, group.second, findings);
+    if (!first.has_value()) first = finding;
+  }
+  return first;
 }
 
 }  // namespace
@@ -68,7 +89,15 @@ void checkMissing(const LoadTrace& trace, Findings& findings) {
 void checkParameters(const LoadTrace& trace, Findings& findings) {
   for (const TracedParameter& parameter : trace.parameters) {
     checkWiring(trace, parameter, findings);
-    checkOverridden(trace, parameter, findings);
+    checkDuplicates(trace, parameter, findings);
   }
-  if (trace.decided) checkMissing(trace, findings);
+}
+
+void checkOutcome(const LoadTrace& trace, const std::set<std::string>& missing_in_many,
+                  Findings& findings) {
+  std::optional<Findings::Id> cause = checkMissing(trace, missing_in_many, findings);
+  if (trace.block.has_value()) return;
+  if (!cause.has_value() || trace.unknown) cause = findings.causeOf({kOutcome, kAnyKey});
+  findings.add(Rule::NoBlock, {trace.path_files.back().path, 1, 1, {}},
+               "no block: " + trace.problem, {}, cause);
 }

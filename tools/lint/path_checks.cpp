@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <algorithm>
 
-#include "loader/android_properties.h"
 #include "loader/calib_path.h"
 #include "loader/lib.h"
 #include "tools/device/files.h"
@@ -31,43 +30,42 @@ size_t commentIn(const std::string& entry) {
   return entry.npos;
 }
 
-// Reports why the path of an entry names no file. False when nothing in the path explains it.
-bool explainPath(const TracedPathFile& file, const TracedEntry& entry, Findings& findings) {
+using Id = std::optional<Findings::Id>;
+
+// Why the path of an entry names no file, where the path itself explains it.
+Id explainPath(const TracedPathFile& file, const TracedEntry& entry, Findings& findings) {
   const std::string& text = entry.text;
+  const auto add = [&](Rule rule, size_t column, const std::string& message) {
+    return findings.add(rule, entryPlace(file, entry, column), message, entry.own.path);
+  };
   if (!text.empty() && text.back() == '\r') {
-    findings.add(Rule::PathCr, entryPlace(file, entry, text.size()),
-                 "the carriage return is part of the path: no such file");
-    return true;
+    return add(Rule::PathCr, text.size(),
+               "the carriage return is part of the path: end the lines with a line feed alone");
   }
   if (const size_t comment = commentIn(text); comment != text.npos) {
-    findings.add(
-        Rule::PathComment, entryPlace(file, entry, comment + 1),
-        "path files have no comments: the whole line is a path, and there is no such file");
-    return true;
+    return add(Rule::PathComment, comment + 1,
+               "path files have no comments: the whole line is a path; remove it");
   }
   const size_t begin = text.find_first_not_of(kBlanks);
   const size_t end = text.find_last_not_of(kBlanks);
-  if (begin == 0 && end == text.size() - 1) return false;
-  findings.add(Rule::PathBlank, entryPlace(file, entry, begin == 0 ? end + 2 : 1),
-               begin == text.npos ? "an empty line is an entry too: no such file"
-                                  : "blanks are part of the path: no such file");
-  return true;
+  if (begin == 0 && end == text.size() - 1) return std::nullopt;
+  return add(Rule::PathBlank, begin == 0 ? end + 2 : 1,
+             begin == text.npos ? "an empty line is an entry too: remove it"
+                                : "blanks are part of the path: remove them");
 }
 
-bool explainPlaceholder(const TracedPathFile& file, const TracedEntry& entry, Findings& findings) {
-  if (entry.has_placeholder) return false;
+Id explainPlaceholder(const TracedPathFile& file, const TracedEntry& entry, Findings& findings) {
+  if (entry.has_placeholder) return std::nullopt;
   const std::string lowered = CalibPath::lowercase(entry.text);
   if (hasPlaceholder(lowered)) {
     const size_t at = CalibPath::findCountryCodeComponent(lowered);
-    findings.add(Rule::PlaceholderCapitals, entryPlace(file, entry, at + 1),
-                 "in capitals this is no placeholder: it is part of the path");
-    return true;
+    return findings.add(Rule::PlaceholderCapitals, entryPlace(file, entry, at + 1),
+                        "in capitals this is part of the path: write <country>");
   }
   const size_t mark = entry.text.find_first_of("<>{}$%");
-  if (mark == entry.text.npos) return false;
-  findings.add(Rule::PlaceholderMisspelt, entryPlace(file, entry, mark + 1),
-               "the only placeholder is <country>: this is part of the path");
-  return true;
+  if (mark == entry.text.npos) return std::nullopt;
+  return findings.add(Rule::PlaceholderMisspelt, entryPlace(file, entry, mark + 1),
+                      "the only placeholder is <country>: this is part of the path");
 }
 
 void checkSecondPlaceholder(const TracedPathFile& file, const TracedEntry& entry,
@@ -80,44 +78,65 @@ void checkSecondPlaceholder(const TracedPathFile& file, const TracedEntry& entry
                "only the first placeholder is replaced: this one is part of the path");
 }
 
-void checkStatus(const FileStatus& status, const std::string& path, const Place& place,
-                 Findings& findings) {
-  switch (status.kind) {
+Rule ruleFor(FileKind readability) {
+  switch (readability) {
     case FileKind::Text:
-      return;
     case FileKind::Empty:
-      findings.add(Rule::FileEmpty, place, path + " is empty");
-      return;
-    case FileKind::Missing:
-      findings.add(Rule::FileMissing, place, "there is no " + path);
-      return;
+      return Rule::FileEmpty;
     case FileKind::Directory:
-      findings.add(Rule::FileDirectory, place,
-                   path + " is a directory: it is read as an empty file");
-      return;
+      return Rule::FileDirectory;
+    case FileKind::Missing:
+      return Rule::FileMissing;
+    case FileKind::Special:
+      return Rule::FileSpecial;
     case FileKind::Unreadable:
-      findings.add(Rule::FileUnreadable, place, "cannot read " + path + ": " + status.reason);
-      return;
+      return Rule::FileUnreadable;
+  }
+  return Rule::FileUnreadable;
+}
+
+constexpr char kReadAsEmpty[] = ": it is read as an empty file";
+
+Id checkPath(const TracedPath& path, const Place& place, const std::string& after,
+             Findings& findings) {
+  if (path.kind == FileKind::Text) return std::nullopt;
+  const bool directory = path.kind == FileKind::Directory;
+  const Findings::Id finding =
+      findings.add(ruleFor(path.kind), place,
+                   problemOf(path) + (directory ? kReadAsEmpty : "") + after, path.path);
+  if (path.kind == FileKind::Special) findings.blame(kOutcome, finding);
+  return finding;
+}
+
+// The country's file, where the default's was tried after it.
+void checkFallback(const TracedPathFile& file, const TracedEntry& entry, Findings& findings) {
+  if (!entry.fallback.has_value()) return;
+  const std::string after = ": " + entry.fallback->path + " is read instead";
+  if (entry.own.kind != FileKind::Missing) {
+    checkPath(entry.own, entryPlace(file, entry), entry.fellBack() ? after : "", findings);
+  } else if (entry.fellBack()) {
+    findings.add(Rule::CountryFallback, entryPlace(file, entry),
+                 "there is no file of the country's own" + after, entry.fallback->path);
   }
 }
 
-std::string pathsTried(const TracedEntry& entry) {
-  return entry.path == entry.last_path ? entry.path : entry.path + " and no " + entry.last_path;
+Id checkMissing(const TracedPathFile& file, const TracedEntry& entry, Findings& findings) {
+  if (Id finding = explainPath(file, entry, findings)) return finding;
+  if (Id finding = explainPlaceholder(file, entry, findings)) return finding;
+  const std::string message = "there is no " + entry.last().path;
+  return findings.add(Rule::FileMissing, entryPlace(file, entry),
+                      message + (entry.has_placeholder ? ", and no file of the country's own" : ""),
+                      entry.last().path);
 }
 
 void checkEntry(const TracedPathFile& file, const TracedEntry& entry, Findings& findings) {
   checkSecondPlaceholder(file, entry, findings);
-  if (entry.fell_back) {
-    findings.add(Rule::CountryFallback, entryPlace(file, entry),
-                 "there is no " + entry.path + ": " + entry.last_path + " is read instead");
-  }
-  if (!entry.file.has_value() &&
-      (explainPath(file, entry, findings) || explainPlaceholder(file, entry, findings))) {
-    return;
-  }
-  const bool missing = entry.status.kind == FileKind::Missing;
-  checkStatus(entry.status, missing ? pathsTried(entry) : entry.last_path, entryPlace(file, entry),
-              findings);
+  checkFallback(file, entry, findings);
+  const TracedPath& last = entry.last();
+  const Id finding = last.kind == FileKind::Missing
+                         ? checkMissing(file, entry, findings)
+                         : checkPath(last, entryPlace(file, entry), "", findings);
+  if (!entry.file.has_value() && finding.has_value()) findings.blame(kAnyKey, *finding);
 }
 
 bool isSameFile(const std::string& a, const std::string& b) {
@@ -132,26 +151,22 @@ void checkHidden(const LoadTrace& trace, Findings& findings) {
   const std::string& deciding = trace.deciding().path;
   const Place place{deciding, 1, 1, trace.deciding().entries.front().text};
   for (size_t i = trace.path_files.size(); i < paths.size(); ++i) {
-    const bool exists = fileStatus(paths[i]).kind != FileKind::Missing;
+    const bool exists = tracePath(paths[i]).kind != FileKind::Missing;
     if (!exists || isSameFile(paths[i], deciding)) continue;
     findings.add(Rule::PathFileHides, place,
-                 paths[i] + " is never read: this path file comes first");
+                 "this path file decides: " + paths[i] + " is never read", paths[i]);
   }
 }
 
 void checkExistence(const LoadTrace& trace, Findings& findings) {
-  const std::string asked_for = AndroidProperties::getCalibPathProp().value_or("");
   std::vector<std::string> missing;
   for (const TracedPathFile& file : trace.path_files) {
-    if (file.status.kind == FileKind::Missing) missing.push_back(file.path);
+    if (file.kind != FileKind::Missing) return;
+    missing.push_back(file.path);
   }
-  if (missing.size() == trace.path_files.size()) {
-    findings.add(Rule::PathFileMissing, {missing.front(), 1, 1, {}},
-                 "there is no path file: neither " + joined(missing, " nor "));
-  } else if (!missing.empty() && missing.front() == asked_for) {
-    findings.add(Rule::PathFileMissing, {asked_for, 1, 1, {}},
-                 "the path file that the property names does not exist");
-  }
+  findings.blame(kAnyKey,
+                 findings.add(Rule::PathFileMissing, {missing.front(), 1, 1, {}},
+                              "there is no path file: neither " + joined(missing, " nor ")));
 }
 
 // Text is printable characters in UTF-8, tabs and line ends.
@@ -165,28 +180,19 @@ std::string lineAround(const std::string& content, size_t begin) {
   return content.substr(begin, content.find('\n', begin) - begin);
 }
 
-// A byte order mark is valid UTF-8, but here it becomes part of the first key.
-size_t firstNonText(const std::string& content, size_t& count) {
-  const bool marked = content.compare(0, 3, "\xEF\xBB\xBF") == 0;
-  size_t first = marked ? 0 : content.npos;
-  count = marked ? 3 : 0;
-  for (size_t at = 0; at < content.size();) {
+void checkBytes(const std::string& path, const std::string& content, Findings& findings) {
+  size_t count = 0;
+  size_t first = content.npos;
+  for (size_t at = hasByteOrderMark(content) ? 3 : 0; at < content.size();) {
     const size_t length = characterLength(content, at);
     if (!isText(content, at, length)) {
       ++count;
-      if (first == content.npos) first = at;
+      first = std::min(first, at);
     }
     at += length == 0 ? 1 : length;
   }
-  return first;
-}
-
-void checkText(const std::string& path, const std::string& content, Findings& findings) {
-  size_t count = 0;
-  const size_t first = firstNonText(content, count);
-  if (first == content.npos) return;
-  const size_t newline = first == 0 ? content.npos : content.rfind('\n', first - 1);
-  const size_t begin = newline == content.npos ? 0 : newline + 1;
+  if (count == 0) return;
+  const size_t begin = first == 0 ? 0 : content.rfind('\n', first - 1) + 1;
   const auto before = static_cast<size_t>(
       std::count(content.begin(), content.begin() + static_cast<ptrdiff_t>(begin), '\n'));
   findings.add(Rule::NotText, {path, before + 1, first - begin + 1, lineAround(content, begin)},
@@ -201,17 +207,33 @@ std::string joinedLines(const TracedPathFile& file) {
 }
 
 void checkPathFile(const TracedPathFile& file, Findings& findings) {
-  const bool missing = file.status.kind == FileKind::Missing;
-  if (!missing) checkStatus(file.status, file.path, {file.path, 1, 1, {}}, findings);
-  checkText(file.path, joinedLines(file), findings);
+  if (file.kind != FileKind::Missing) {
+    const Id finding = checkPath(file, {file.path, 1, 1, {}}, "", findings);
+    if (finding.has_value()) findings.blame(kAnyKey, *finding);
+  }
+  checkText(file.path, joinedLines(file), kAnyKey, findings);
   for (const TracedEntry& entry : file.entries) checkEntry(file, entry, findings);
 }
 
 }  // namespace
 
+bool hasByteOrderMark(const std::string& text) {
+  return text.compare(0, 3, "\xEF\xBB\xBF") == 0;
+}
+
+void checkText(const std::string& path, const std::string& content, const std::string& first_lost,
+               Findings& findings) {
+  if (hasByteOrderMark(content)) {
+    const Findings::Id finding = findings.add(
+        Rule::ByteOrderMark, {path, 1, 1, lineAround(content, 0)},
+        "the file starts with a byte order mark, which is part of its first line: save it without");
+    findings.blame(first_lost, finding);
+  }
+  checkBytes(path, content, findings);
+}
+
 void checkPathFiles(const LoadTrace& trace, Findings& findings) {
   for (const TracedPathFile& file : trace.path_files) checkPathFile(file, findings);
-  for (const TracedFile& file : trace.files) checkText(file.path, file.content, findings);
   checkExistence(trace, findings);
   if (trace.decided) checkHidden(trace, findings);
 }

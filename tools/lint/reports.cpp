@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tools/lint/reports.h"
 
+#include <algorithm>
+
 #include "tools/text/json.h"
 #include "tools/trace/countries.h"
 
@@ -8,6 +10,9 @@ namespace {
 
 // Of a longer line, only the part around the column is shown.
 constexpr size_t kWidth = 120;
+
+// Of one finding; JSON has them all.
+constexpr size_t kMostConsequences = 5;
 
 std::string painted(Severity severity, const Paint& paint) {
   std::string word = wordFor(severity) + ":";
@@ -32,24 +37,46 @@ std::string excerpt(const Place& place, const Paint& paint) {
   return "    " + shown + "\n    " + std::string(before, ' ') + paint.green("^") + "\n";
 }
 
-std::string findingText(const Findings& findings, const Finding& finding, const Paint& paint) {
+std::string groupText(const LintReport& report, const Group& group, const Paint& paint) {
+  const Finding& finding = group.finding;
   const Place& place = finding.place;
-  return paint.bold(printable(place.path) + ":" + std::to_string(place.line) + ":" +
-                    std::to_string(place.column) + ":") +
-         " " + painted(finding.severity, paint) + " " + printable(messageOf(findings, finding)) +
-         " [" + factsOf(finding.rule).name + "]\n" + excerpt(place, paint);
+  std::string out =
+      paint.bold(printable(report.shown_path(place.path)) + ":" + std::to_string(place.line) + ":" +
+                 std::to_string(place.column) + ":") +
+      " " + painted(finding.severity, paint) + " " + printable(report.messageOf(finding)) + " [" +
+      factsOf(finding.rule).name + "]\n" + excerpt(place, paint);
+  const size_t shown = std::min(group.consequences.size(), kMostConsequences);
+  for (size_t i = 0; i < shown; ++i) {
+    const Finding& consequence = group.consequences[i];
+    out += "    leads to: " + printable(report.messageOf(consequence, finding)) + " [" +
+           factsOf(consequence.rule).name + "]\n";
+  }
+  const size_t more = group.consequences.size() - shown;
+  return more == 0 ? out : out + "    and " + std::to_string(more) + " more\n";
 }
 
-JsonValue findingJson(const Finding& finding) {
-  const std::vector<std::string> countries(finding.countries.begin(), finding.countries.end());
-  return JsonMembers{{"path", finding.place.path},
-                     {"line", finding.place.line},
-                     {"column", finding.place.column},
-                     {"severity", wordFor(finding.severity)},
-                     {"rule", factsOf(finding.rule).name},
-                     {"message", finding.message},
-                     {"countries", countries},
-                     {"source", finding.place.source}};
+JsonMembers findingJson(const LintReport& report, const Finding& finding) {
+  std::vector<std::string> countries;
+  for (const size_t load : finding.loads) countries.push_back(countryWord(report.loads[load]));
+  return {{"severity", wordFor(finding.severity)},
+          {"rule", factsOf(finding.rule).name},
+          {"message", finding.message},
+          {"countries", countries}};
+}
+
+JsonValue groupJson(const LintReport& report, const Group& group) {
+  const Place& place = group.finding.place;
+  JsonMembers json = findingJson(report, group.finding);
+  std::vector<JsonValue> consequences;
+  for (const Finding& consequence : group.consequences) {
+    consequences.emplace_back(findingJson(report, consequence));
+  }
+  json.insert(json.end(), {{"path", report.shown_path(place.path)},
+                           {"line", place.line},
+                           {"column", place.column},
+                           {"source", place.source},
+                           {"consequences", consequences}});
+  return json;
 }
 
 std::string escaped(const std::string& text, const std::string& characters) {
@@ -63,35 +90,50 @@ std::string escaped(const std::string& text, const std::string& characters) {
 
 }  // namespace
 
-std::string messageOf(const Findings& findings, const Finding& finding) {
-  std::vector<std::string> titles;
-  for (const std::string& country : findings.countriesToName(finding)) {
-    titles.push_back(countryTitle(country));
+std::string wholeMessage(const LintReport& report, const Group& group) {
+  std::string message = report.messageOf(group.finding);
+  for (const Finding& consequence : group.consequences) {
+    message += "; leads to: " + report.messageOf(consequence, group.finding);
   }
-  return titles.empty() ? finding.message : finding.message + " (" + joined(titles, ", ") + ")";
+  return printable(message);
 }
 
-std::string textReport(const Findings& findings, const Paint& paint) {
+std::string textReport(const LintReport& report, const Paint& paint) {
   std::string out;
-  for (const Finding& finding : findings.all()) out += findingText(findings, finding, paint);
+  for (const Group& group : report.groups) out += groupText(report, group, paint);
   return out;
 }
 
-std::string jsonReport(const Findings& findings) {
-  std::vector<JsonValue> json;
-  for (const Finding& finding : findings.all()) json.push_back(findingJson(finding));
-  return documentOf({{"findings", json}});
+std::string jsonReport(const LintReport& report) {
+  std::vector<std::string> countries;
+  for (const std::string& country : report.loads) countries.push_back(countryWord(country));
+  std::vector<JsonValue> findings;
+  for (const Group& group : report.groups) findings.push_back(groupJson(report, group));
+  return documentOf({{"countries", countries},
+                     {"not_taken_for_countries", report.not_taken},
+                     {"without_block", report.without_block},
+                     {"findings", findings}});
 }
 
-std::string githubReport(const Findings& findings) {
+std::string githubReport(const LintReport& report) {
   std::string out;
-  for (const Finding& finding : findings.all()) {
+  for (const Group& group : report.groups) {
+    const Finding& finding = group.finding;
     const std::string command =
         finding.severity == Severity::Note ? "notice" : wordFor(finding.severity);
-    out += "::" + command + " file=" + escaped(finding.place.path, "%\r\n:,") +
+    out += "::" + command + " file=" + escaped(report.shown_path(finding.place.path), "%\r\n:,") +
            ",line=" + std::to_string(finding.place.line) +
            ",col=" + std::to_string(finding.place.column) + ",title=" + factsOf(finding.rule).name +
-           "::" + escaped(printable(messageOf(findings, finding)), "%\r\n") + "\n";
+           "::" + escaped(wholeMessage(report, group), "%\r\n") + "\n";
+  }
+  return out;
+}
+
+std::string baselineOf(const LintReport& report) {
+  std::string out;
+  for (const Group& group : report.groups) {
+    out += baselineLine(group.finding) + "\n";
+    for (const Finding& consequence : group.consequences) out += baselineLine(consequence) + "\n";
   }
   return out;
 }

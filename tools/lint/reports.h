@@ -3,22 +3,25 @@
 
 #include <string>
 
-#include "tools/lint/findings.h"
+#include "tools/lint/report.h"
 #include "tools/text/text.h"
 
-// The findings for people and for programs.
+// What people, and the programs that they look through, read of a report.
 
-// "path:line:col: severity: text [rule]", the line, and a caret below its column.
-std::string textReport(const Findings& findings, const Paint& paint);
+// "path:line:col: severity: text [rule]", the line, a caret below its column, and what it leads to.
+std::string textReport(const LintReport& report, const Paint& paint);
 
-// {"findings": [...]}
-std::string jsonReport(const Findings& findings);
+// {"version": 1, ..., "findings": [...]}
+std::string jsonReport(const LintReport& report);
 
-// SARIF 2.1.0.
-std::string sarifReport(const Findings& findings);
+// SARIF 2.1.0; `version` is this program's.
+std::string sarifReport(const LintReport& report, const std::string& version);
 
 // Workflow commands that annotate the lines of a change.
-std::string githubReport(const Findings& findings);
+std::string githubReport(const LintReport& report);
 
-// The message, and the countries that have the finding unless all have it.
-std::string messageOf(const Findings& findings, const Finding& finding);
+// One line for each finding, to be given to --baseline.
+std::string baselineOf(const LintReport& report);
+
+// The message, the loads that it holds for, and what the finding leads to, in one line.
+std::string wholeMessage(const LintReport& report, const Group& group);

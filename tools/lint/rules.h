@@ -30,8 +30,9 @@ enum class Rule {
   Port255,
   // Values set twice or never.
   DuplicateKey,
-  OverriddenValue,
+  OtherAntenna,
   MissingKey,
+  NoBlock,
   // Path files and the files that they name.
   PathCr,
   PathComment,
@@ -46,6 +47,9 @@ enum class Rule {
   FileDirectory,
   FileEmpty,
   FileUnreadable,
+  FileSpecial,
+  FileUnread,
+  ByteOrderMark,
   NotText,
 };
 
@@ -69,15 +73,16 @@ inline constexpr RuleFacts kRules[] = {
     {Rule::UnreadableValue,     Severity::Error,   "unreadable-value",      "The value cannot be read"},
     {Rule::NumberSpelling,      Severity::Error,   "number-spelling",       "Two C++ libraries read the number differently"},
     {Rule::OctalNumber,         Severity::Warning, "octal-number",          "A leading zero makes the number octal"},
-    {Rule::NegativeNumber,      Severity::Warning, "negative-number",       "A negative number wraps around"},
+    {Rule::NegativeNumber,      Severity::Error,   "negative-number",       "A negative number wraps around, or ends the file"},
     {Rule::TextAfterValue,      Severity::Warning, "text-after-value",      "Text after the value is not read"},
     {Rule::SelectorLine,        Severity::Error,   "selector-line",         "No selector uses this GPIO line"},
     {Rule::SelectorLevel,       Severity::Error,   "selector-level",        "A selector line has the level 0 or 1"},
     {Rule::Port255,             Severity::Warning, "port-255",              "Port 255 wraps around to 0"},
     // Values set twice or never.
     {Rule::DuplicateKey,        Severity::Warning, "duplicate-key",         "The key is given twice in one file"},
-    {Rule::OverriddenValue,     Severity::Note,    "overridden-value",      "A later file sets the value again"},
+    {Rule::OtherAntenna,        Severity::Note,    "other-antenna",         "The antenna of the key serves no channel in this load"},
     {Rule::MissingKey,          Severity::Error,   "missing-key",           "No line sets the parameter"},
+    {Rule::NoBlock,             Severity::Error,   "no-block",              "A load gives no block"},
     // Path files and the files that they name.
     {Rule::PathCr,              Severity::Warning, "path-cr",               "A carriage return is part of the path"},
     {Rule::PathComment,         Severity::Warning, "path-comment",          "Path files have no comments"},
@@ -91,7 +96,10 @@ inline constexpr RuleFacts kRules[] = {
     {Rule::FileMissing,         Severity::Warning, "file-missing",          "There is no calibration file of this path"},
     {Rule::FileDirectory,       Severity::Warning, "file-directory",        "The file is a directory"},
     {Rule::FileEmpty,           Severity::Warning, "file-empty",            "The file is empty"},
-    {Rule::FileUnreadable,      Severity::Warning, "file-unreadable",       "The file cannot be read"},
+    {Rule::FileUnreadable,      Severity::Error,   "file-unreadable",       "The file exists, but cannot be read"},
+    {Rule::FileSpecial,         Severity::Error,   "file-special",          "The file is a pipe, a socket or a device"},
+    {Rule::FileUnread,          Severity::Warning, "file-unread",           "No load reads the file, but seems meant to"},
+    {Rule::ByteOrderMark,       Severity::Warning, "byte-order-mark",       "The file starts with a byte order mark"},
     {Rule::NotText,             Severity::Warning, "not-text",              "The file holds bytes that are no text"},
 };
 // clang-format on

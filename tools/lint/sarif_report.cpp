@@ -1,10 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <cctype>
+#include <filesystem>
 
 #include "tools/lint/reports.h"
 #include "tools/text/json.h"
 
 namespace {
+
+// What relative addresses are relative to: the folder in which the command is called.
+constexpr char kBase[] = "%SRCROOT%";
 
 // The path as a URI reference, with all other bytes percent-encoded.
 std::string uriOf(const std::string& path) {
@@ -24,6 +28,7 @@ JsonValue textJson(const std::string& text) {
 
 JsonValue ruleJson(const RuleFacts& rule) {
   return JsonMembers{{"id", rule.name},
+                     {"helpUri", std::string(DOCS_URI "/lint_rules.md#") + rule.name},
                      {"shortDescription", textJson(rule.summary)},
                      {"defaultConfiguration", JsonMembers{{"level", wordFor(rule.severity)}}}};
 }
@@ -36,31 +41,47 @@ JsonValue regionOf(const Place& place) {
   return region;
 }
 
-JsonValue resultJson(const Findings& findings, const Finding& finding) {
-  const JsonMembers place = {{"artifactLocation", JsonMembers{{"uri", uriOf(finding.place.path)}}},
-                             {"region", regionOf(finding.place)}};
+JsonValue artifactJson(const std::string& path) {
+  const std::string here = std::filesystem::current_path().string() + "/";
+  if (path.compare(0, here.size(), here) == 0) return artifactJson(path.substr(here.size()));
+  if (path[0] == '/') return JsonMembers{{"uri", "file://" + uriOf(path)}};
+  return JsonMembers{{"uri", uriOf(path)}, {"uriBaseId", kBase}};
+}
+
+JsonValue resultJson(const LintReport& report, const Group& group) {
+  const Finding& finding = group.finding;
+  const JsonMembers place = {
+      {"artifactLocation", artifactJson(report.shown_path(finding.place.path))},
+      {"region", regionOf(finding.place)}};
   const std::vector<JsonValue> locations = {JsonMembers{{"physicalLocation", place}}};
   return JsonMembers{{"ruleId", factsOf(finding.rule).name},
                      {"ruleIndex", static_cast<size_t>(finding.rule)},
                      {"level", wordFor(finding.severity)},
-                     {"message", textJson(printable(messageOf(findings, finding)))},
+                     {"message", textJson(wholeMessage(report, group))},
                      {"locations", locations}};
 }
 
-JsonValue driverJson() {
+JsonValue driverJson(const std::string& version) {
   std::vector<JsonValue> driver_rules;
   for (const RuleFacts& rule : kRules) driver_rules.push_back(ruleJson(rule));
-  return JsonMembers{{"name", "tarnix-uwb-params"}, {"rules", driver_rules}};
+  return JsonMembers{{"name", "tarnix-uwb-params"},
+                     {"version", version},
+                     {"informationUri", DOCS_URI "/command.md"},
+                     {"rules", driver_rules}};
 }
 
 }  // namespace
 
-std::string sarifReport(const Findings& findings) {
+std::string sarifReport(const LintReport& report, const std::string& version) {
   std::vector<JsonValue> results;
-  for (const Finding& finding : findings.all()) results.push_back(resultJson(findings, finding));
-  const std::vector<JsonValue> runs = {JsonMembers{{"tool", JsonMembers{{"driver", driverJson()}}},
-                                                   {"columnKind", "unicodeCodePoints"},
-                                                   {"results", results}}};
+  for (const Group& group : report.groups) results.push_back(resultJson(report, group));
+  const JsonMembers base = {
+      {"description", textJson("The folder in which the command was called")}};
+  const std::vector<JsonValue> runs = {
+      JsonMembers{{"tool", JsonMembers{{"driver", driverJson(version)}}},
+                  {"originalUriBaseIds", JsonMembers{{kBase, base}}},
+                  {"columnKind", "unicodeCodePoints"},
+                  {"results", results}}};
   const JsonMembers log = {{"$schema", "https://json.schemastore.org/sarif-2.1.0.json"},
                            {"version", "2.1.0"},
                            {"runs", runs}};

@@ -7,32 +7,27 @@ namespace {
 
 using Kind = LineEffect::Kind;
 
-// The keys in the lines after `ref` that the device no longer reads.
-std::vector<std::string> keysLostAfter(const LoadTrace& trace, const LineRef& ref) {
+// The keys in the lines after this one that the device no longer reads.
+std::vector<std::string> keysLostAfter(const CheckedFile& file, const TracedLine& line) {
   std::vector<std::string> keys;
-  const std::vector<TracedLine>& lines = trace.files[ref.file].lines;
-  for (size_t i = ref.line + 1; i < lines.size(); ++i) {
-    if (lines[i].lost && lines[i].pass == trace.at(ref).pass) {
-      keys.push_back("'" + trace.parameterOf(lines[i]).key + "'");
+  std::set<size_t> known;
+  for (size_t i = line.number; i < file.file.lines.size(); ++i) {
+    const TracedLine& later = file.file.lines[i];
+    if (!later.lost || later.pass != line.pass) continue;
+    if (known.insert(*later.parameter).second) {
+      keys.push_back(file.trace.parameterOf(later).key);
     }
   }
   return keys;
 }
 
-std::string lossText(const LoadTrace& trace, const LineRef& ref) {
-  const std::vector<std::string> keys = keysLostAfter(trace, ref);
-  return keys.empty() ? "no later line of the file sets anything"
-                      : "the rest of the file is not read: " + joined(keys, ", ");
-}
-
 // The value of one line that names a parameter.
 class LineValue {
  public:
-  LineValue(const LoadTrace& trace, const LineRef& ref)
-      : trace_(trace),
-        ref_(ref),
-        line_(trace.at(ref)),
-        parameter_(trace.parameterOf(line_)),
+  LineValue(const CheckedFile& file, const TracedLine& line)
+      : file_(file),
+        line_(line),
+        parameter_(file.trace.parameterOf(line_)),
         at_(valueStart(line_.text)),
         text_(line_.text.substr(at_)),
         spelling_(spellingOf(text_)) {}
@@ -54,11 +49,26 @@ class LineValue {
     return after + blanksAt(line, after);
   }
 
-  Place place(size_t offset = 0) const { return placeIn(trace_, ref_, at_ + offset + 1); }
+  Place place(size_t offset = 0) const { return file_.place(line_, at_ + offset + 1); }
+
+  // A value that ends the reading of its file: its key and the lost ones are not set here.
+  void addFailure(Rule rule, const std::string& message, Findings& findings) const {
+    if (line_.lost) {
+      findings.add(rule, place(), message);
+      return;
+    }
+    const std::vector<std::string> lost = keysLostAfter(file_, line_);
+    const Findings::Id finding = findings.add(
+        rule, place(),
+        message +
+            (lost.empty() ? "" : "; the rest of the file is not read: " + joined(lost, ", ")));
+    findings.blame(kOutcome, finding);
+    findings.blame(parameter_.key, finding);
+    for (const std::string& key : lost) findings.blame(key, finding);
+  }
 
   void addUnreadable(const std::string& what, Findings& findings) const {
-    findings.add(Rule::UnreadableValue, place(),
-                 "'" + parameter_.key + "' takes " + what + "; " + lossText(trace_, ref_));
+    addFailure(Rule::UnreadableValue, "'" + parameter_.key + "' takes " + what, findings);
   }
 
   void checkWord(Findings& findings) const {
@@ -71,17 +81,17 @@ class LineValue {
 
   void checkNumber(Findings& findings) const {
     if (!fits()) {
-      findings.add(Rule::OutOfRange, place(),
-                   "'" + parameter_.key + "' takes 0 to " +
-                       std::to_string(parameter_.facts->largest()) + "; " + lossText(trace_, ref_));
+      addFailure(
+          Rule::OutOfRange,
+          "'" + parameter_.key + "' takes 0 to " + std::to_string(parameter_.facts->largest()),
+          findings);
       return;
     }
     if (!spelling_.readAlike()) {
       findings.add(Rule::NumberSpelling, place(),
                    "the device refuses '" + spelling_.gathered +
-                       "' and does not read the rest of the file; "
-                       "libstdc++ reads " +
-                       spelling_.number);
+                       "' and does not read the rest of the file; libstdc++ reads " +
+                       spelling_.number + ": write the number alone");
     } else {
       checkTextAfter(spelling_.number.size(), findings);
     }
@@ -91,16 +101,17 @@ class LineValue {
 
   // Whether the parameter accepts the number alone.
   bool fits() const {
-    const SchemaProbe probe =
-        parameter_.pass == Pass::Selection ? selectionProbe() : calibrationProbe(trace_.selection);
-    const std::string alone = line_.text.substr(0, at_) + spelling_.number;
-    return probe.feed(alone).kind == Kind::Sets;
+    const SchemaProbe& probe =
+        parameter_.pass == Pass::Selection ? file_.selection : file_.calibration;
+    return probe.feed(line_.text.substr(0, at_) + spelling_.number).kind == Kind::Sets;
   }
 
   void checkSign(Findings& findings) const {
     if (spelling_.number[0] != '-') return;
     findings.add(Rule::NegativeNumber, place(),
-                 "'" + spelling_.number + "' wraps around to " + printedNumber());
+                 "'" + spelling_.number + "' wraps around to " + printedNumber() +
+                     "; the C++ library of older platform releases refuses it and does not "
+                     "read the rest of the file: write the number without a sign");
   }
 
   void checkBase(Findings& findings) const {
@@ -109,7 +120,8 @@ class LineValue {
                        (spelling_.number[digits + 1] | 0x20) != 'x';
     if (!octal) return;
     findings.add(Rule::OctalNumber, place(),
-                 "'" + spelling_.number + "' is octal: it is read as " + printedNumber());
+                 "'" + spelling_.number + "' is octal: it is read as " + printedNumber() +
+                     "; a decimal number has no leading zero");
   }
 
   // As the tree prints it, without the hexadecimal form.
@@ -126,8 +138,7 @@ class LineValue {
                  "'" + parameter_.key + "' is " + printedNumber() + "; what follows is not read");
   }
 
-  const LoadTrace& trace_;
-  const LineRef ref_;
+  const CheckedFile& file_;
   const TracedLine& line_;
   const TracedParameter& parameter_;
   const size_t at_;
@@ -137,8 +148,8 @@ class LineValue {
 
 }  // namespace
 
-void checkValues(const LoadTrace& trace, Findings& findings) {
-  forEachLine(trace, [&](const LineRef& ref, const TracedLine& line) {
-    if (line.parameter.has_value()) LineValue(trace, ref).check(findings);
-  });
+void checkValues(const CheckedFile& file, Findings& findings) {
+  for (const TracedLine& line : file.file.lines) {
+    if (line.parameter.has_value()) LineValue(file, line).check(findings);
+  }
 }

@@ -3,10 +3,7 @@
 
 #include <algorithm>
 
-namespace {
-
-// Levenshtein's distance; limit + 1 when the lengths alone differ by more than `limit`.
-size_t distance(const std::string& a, const std::string& b, size_t limit) {
+size_t editDistance(const std::string& a, const std::string& b, size_t limit) {
   if (std::max(a.size(), b.size()) - std::min(a.size(), b.size()) > limit) return limit + 1;
   std::vector<size_t> row(b.size() + 1);
   for (size_t j = 0; j < row.size(); ++j) row[j] = j;
@@ -22,14 +19,12 @@ size_t distance(const std::string& a, const std::string& b, size_t limit) {
   return row.back();
 }
 
-}  // namespace
-
 std::string nearestOf(const std::string& word, const std::vector<std::string>& candidates) {
   // Up to two characters may differ, in a long word a quarter of it, but at most six.
   size_t best = std::max<size_t>(2, std::min<size_t>(word.size() / 4, 6)) + 1;
   std::string nearest;
   for (const std::string& candidate : candidates) {
-    const size_t d = distance(word, candidate, best);
+    const size_t d = editDistance(word, candidate, best);
     if (d >= best) continue;
     best = d;
     nearest = candidate;

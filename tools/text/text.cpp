@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tools/text/text.h"
 
+#include <algorithm>
 #include <iomanip>
 #include <sstream>
 
@@ -88,6 +89,16 @@ size_t widthOf(const std::string& printable_text) {
     if (!isContinuation(c)) ++width;
   }
   return width;
+}
+
+std::vector<std::string> split(const std::string& text, char separator) {
+  std::vector<std::string> parts;
+  for (size_t begin = 0; begin < text.size();) {
+    const size_t end = std::min(text.find(separator, begin), text.size());
+    parts.push_back(text.substr(begin, end - begin));
+    begin = end + 1;
+  }
+  return parts;
 }
 
 std::string joined(const std::vector<std::string>& parts, const std::string& between) {

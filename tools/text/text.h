@@ -27,6 +27,9 @@ std::string printable(const std::string& text);
 // How many characters wide a printable text is.
 size_t widthOf(const std::string& printable_text);
 
+// The parts between the separators; none of an empty text.
+std::vector<std::string> split(const std::string& text, char separator);
+
 std::string joined(const std::vector<std::string>& parts, const std::string& between);
 
 // "1 file", "2 files".

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tools/trace/countries.h"
 
+#include <algorithm>
 #include <set>
 
-#include "loader/calib_path.h"
 #include "loader/lib.h"
 #include "loader/path_file.h"
 #include "loader/text_file.h"
@@ -13,73 +13,91 @@
 
 namespace {
 
-bool beginsWith(const std::string& text, const std::string& start) {
-  return text.compare(0, start.size(), start) == 0;
-}
-
 bool endsWith(const std::string& text, const std::string& end) {
   return text.size() >= end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
 }
 
-// The name that holds the placeholder, and its directory: DIRECTORY/BEFORE<country>AFTER/...
-struct PlaceholderPart {
-  std::string directory;
-  std::string before;
-  std::string after;
-};
-
-PlaceholderPart partOf(const std::string& entry, size_t position) {
-  const std::string with_letter = CalibPath::setCountryCodeComponent(entry, position, "x");
-  const size_t slash = position == 0 ? std::string::npos : entry.rfind('/', position - 1);
-  const size_t begin = slash == std::string::npos ? 0 : slash + 1;
-  const size_t end = std::min(with_letter.find('/', position), with_letter.size());
-  return {slash == std::string::npos ? "." : entry.substr(0, begin),
-          entry.substr(begin, position - begin),
-          with_letter.substr(position + 1, end - position - 1)};
-}
-
-// The code in the placeholder's place in this name; empty when the name does not fit.
-std::string codeIn(const std::string& name, const PlaceholderPart& part) {
-  const size_t around = part.before.size() + part.after.size();
-  if (name.size() <= around || !beginsWith(name, part.before) || !endsWith(name, part.after)) {
-    return {};
-  }
-  return name.substr(part.before.size(), name.size() - around);
-}
-
-void addCountriesOf(const std::string& entry, std::set<std::string>& countries) {
-  const size_t position = CalibPath::findCountryCodeComponent(entry);
-  if (position == std::string::npos) return;
-  const PlaceholderPart part = partOf(entry, position);
-  for (const std::string& name : namesIn(part.directory)) {
+void addCountriesOf(const std::string& entry, std::set<std::string>& codes,
+                    std::set<std::string>& others) {
+  if (CalibPath::findCountryCodeComponent(entry) == entry.npos) return;
+  const PlaceholderPart part = placeholderPartOf(entry);
+  for (const std::string& name : namesIn(part.directory.empty() ? "." : part.directory)) {
     const std::string code = codeIn(name, part);
-    if (code.empty() || code[0] == '.') continue;
-    // Codes are lowered before they are put into a path, so names in capitals are never read.
-    const std::string path = CalibPath::setCountryCodeComponent(entry, position, code);
-    const FileKind kind = fileStatus(path).kind;
-    const bool is_file = kind == FileKind::Text || kind == FileKind::Empty;
-    if (CalibPath::lowercase(code) == code && is_file) countries.insert(code);
+    // A code in capitals is lowered before it comes here, so only some names are ever looked for.
+    if (code.empty() || code.find('.') != code.npos || CalibPath::lowercase(code) != code) continue;
+    if (tracePath(pathOf(entry, code)).kind == FileKind::Missing) continue;
+    (isCountryCode(code) ? codes : others).insert(code);
   }
+}
+
+std::string codeFor(const std::string& word) {
+  if (word == "other") return kOtherCountry;
+  return word == "none" ? "" : CalibPath::lowercase(word);
 }
 
 }  // namespace
 
-std::vector<std::string> countriesOfTree() {
-  std::set<std::string> countries;
+TreeCountries countriesOfTree() {
+  std::set<std::string> codes;
+  std::set<std::string> others;
   for (const std::string& path : build_paths()) {
     const std::string content = readTextFile(path).value_or("");
     std::string_view rest = content;
-    for (std::string entry; next_entry(rest, entry);) addCountriesOf(entry, countries);
+    for (std::string entry; next_entry(rest, entry);) addCountriesOf(entry, codes, others);
   }
-  countries.erase(CalibPath::kDefaultCountry);
-  countries.erase(CalibPath::kUnknownCountry);
-  return {countries.begin(), countries.end()};
+  others.erase(CalibPath::kDefaultCountry);
+  others.erase(CalibPath::kUnknownCountry);
+  return {{codes.begin(), codes.end()}, {others.begin(), others.end()}};
+}
+
+std::vector<std::string> countriesToLoad(const std::string& list) {
+  std::vector<std::string> countries;
+  if (list.empty()) {
+    countries = countriesOfTree().codes;
+    countries.insert(countries.end(), {kOtherCountry, ""});
+  }
+  for (const std::string& word : split(list, ',')) countries.push_back(codeFor(word));
+  return countries;
+}
+
+bool isCountryCode(const std::string& text) {
+  return text.size() == 2 && text.find_first_not_of("abcdefghijklmnopqrstuvwxyz") == text.npos;
 }
 
 std::string countryName(const std::string& country) {
-  return country.empty() ? "no country code" : printable(CalibPath::lowercase(country));
+  if (country.empty()) return "no country code";
+  return country == kOtherCountry ? "any other country" : printable(CalibPath::lowercase(country));
 }
 
 std::string countryTitle(const std::string& country) {
-  return (country.empty() ? "" : "country ") + countryName(country);
+  const bool is_code = !country.empty() && country != kOtherCountry;
+  return (is_code ? "country " : "") + countryName(country);
+}
+
+std::string countryWord(const std::string& country) {
+  if (country.empty()) return "none";
+  return country == kOtherCountry ? "other" : CalibPath::lowercase(country);
+}
+
+std::string pathOf(const std::string& entry, const std::string& country) {
+  const size_t position = CalibPath::findCountryCodeComponent(entry);
+  return CalibPath::setCountryCodeComponent(entry, position, country);
+}
+
+PlaceholderPart placeholderPartOf(const std::string& entry) {
+  const size_t position = CalibPath::findCountryCodeComponent(entry);
+  const std::string with_letter = CalibPath::setCountryCodeComponent(entry, position, "x");
+  const size_t slash = position == 0 ? std::string::npos : entry.rfind('/', position - 1);
+  const size_t begin = slash == std::string::npos ? 0 : slash + 1;
+  const size_t end = std::min(with_letter.find('/', position), with_letter.size());
+  return {entry.substr(0, begin), entry.substr(begin, position - begin),
+          with_letter.substr(position + 1, end - position - 1)};
+}
+
+std::string codeIn(const std::string& name, const PlaceholderPart& part) {
+  const size_t around = part.before.size() + part.after.size();
+  const bool matches =
+      name.size() > around && name.compare(0, part.before.size(), part.before) == 0;
+  if (!matches || !endsWith(name, part.after)) return {};
+  return name.substr(part.before.size(), name.size() - around);
 }

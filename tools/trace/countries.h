@@ -4,12 +4,47 @@
 #include <string>
 #include <vector>
 
-// The country codes for which the tree has a calibration file, in alphabetical order, as
-// found in the names of files that exist. "default" and "unknown" are no country codes.
-std::vector<std::string> countriesOfTree();
+#include "loader/calib_path.h"
 
-// How a country code is written everywhere: "de", "no country code" for none.
+// The countries of a tree, and what they are called. A load belongs to a country's code, to none
+// (an empty code), or to any other country: that one has the word of the default's file for a code.
+constexpr const char* kOtherCountry = CalibPath::kDefaultCountry;
+
+struct TreeCountries {
+  std::vector<std::string> codes;   // In alphabetical order.
+  std::vector<std::string> others;  // Names in a code's place that are no code of two letters.
+};
+
+// The countries for which the tree has a calibration file of its own, readable or not: what stands
+// in the placeholder's place in the names of files.
+TreeCountries countriesOfTree();
+
+// "us,de,other,none": exactly these. An empty list: all of the tree, any other, and none.
+std::vector<std::string> countriesToLoad(const std::string& list);
+
+// Two small letters.
+bool isCountryCode(const std::string& text);
+
+// "de", "any other country", "no country code".
 std::string countryName(const std::string& country);
 
-// "country de", "no country code".
+// "country de", and else as above.
 std::string countryTitle(const std::string& country);
+
+// As it is written in a list: "de", "other", "none".
+std::string countryWord(const std::string& country);
+
+// The entry with the country in place of its placeholder.
+std::string pathOf(const std::string& entry, const std::string& country);
+
+// The name in an entry's path that holds the placeholder: DIRECTORY/ BEFORE <country> AFTER /...
+struct PlaceholderPart {
+  std::string directory;  // With a slash at its end, or empty.
+  std::string before;
+  std::string after;
+};
+
+PlaceholderPart placeholderPartOf(const std::string& entry);
+
+// What stands in this name in the placeholder's place; empty when the name is another.
+std::string codeIn(const std::string& name, const PlaceholderPart& part);

@@ -21,47 +21,35 @@
 
 namespace {
 
-TracedEntry entryOf(size_t number, const std::string& text, const std::string& country) {
+// Reads the file that the entry names as the loader does, and notes what came of it.
+TracedEntry traceEntry(size_t number, const std::string& text, const std::string& country,
+                       std::vector<calibration>& calibrations) {
+  CalibReader reader;
+  const std::optional<calibration> read = CalibParser(reader, country).parsePathFileEntry(text);
+  const std::string::size_type position = CalibPath::findCountryCodeComponent(text);
+  const auto pathOf = [&](const std::string& code) {
+    return tracePath(CalibPath::setCountryCodeComponent(text, position, code));
+  };
   TracedEntry entry;
   entry.number = number;
   entry.text = text;
-  const std::string::size_type position = CalibPath::findCountryCodeComponent(text);
-  entry.has_placeholder = position != std::string::npos;
-  entry.path =
-      entry.has_placeholder ? CalibPath::setCountryCodeComponent(text, position, country) : text;
-  entry.last_path = entry.path;
-  return entry;
-}
-
-void noteFallback(TracedEntry& entry, const std::optional<calibration>& read) {
-  if (!entry.has_placeholder || (read.has_value() && read->path == entry.path)) return;
-  const std::string::size_type position = CalibPath::findCountryCodeComponent(entry.text);
-  entry.last_path =
-      CalibPath::setCountryCodeComponent(entry.text, position, CalibPath::kDefaultCountry);
-  entry.fell_back = read.has_value();
-}
-
-// Reads the file that the entry names as the loader does, and notes what came of it.
-void traceEntry(TracedEntry& entry, CalibParser& parser, std::vector<calibration>& calibrations) {
-  const std::optional<calibration> read = parser.parsePathFileEntry(entry.text);
-  noteFallback(entry, read);
-  entry.status = fileStatus(entry.last_path);
-  if (!read.has_value()) return;
+  entry.has_placeholder = position != text.npos;
+  entry.own = entry.has_placeholder ? pathOf(country) : tracePath(text);
+  const bool tried_all = !read.has_value() || read->path != entry.own.path;
+  if (entry.has_placeholder && tried_all) entry.fallback = pathOf(CalibPath::kDefaultCountry);
+  if (!read.has_value()) return entry;
   entry.file = calibrations.size();
   calibrations.push_back(*read);
+  return entry;
 }
 
 TracedPathFile tracePathFile(const std::string& path, const std::string& country,
                              std::vector<calibration>& calibrations) {
-  TracedPathFile traced{path, fileStatus(path), {}};
+  TracedPathFile traced{tracePath(path), {}};
   const std::string content = readTextFile(path).value_or("");
-  CalibReader reader;
-  CalibParser parser(reader, country);
   std::string_view rest = content;
   for (std::string text; next_entry(rest, text);) {
-    TracedEntry entry = entryOf(traced.entries.size() + 1, text, country);
-    traceEntry(entry, parser, calibrations);
-    traced.entries.push_back(std::move(entry));
+    traced.entries.push_back(traceEntry(traced.entries.size() + 1, text, country, calibrations));
   }
   return traced;
 }
@@ -92,58 +80,57 @@ void select(LoadTrace& trace, const std::vector<calibration>& calibrations) {
   tree.toBuffer(kMostSignificantByteFirst);
 }
 
-// Follows lines through one of the two passes.
-class PassTracer {
+void addParameters(LoadTrace& trace, const SchemaProbe& probe, Pass pass) {
+  std::vector<const Parameter*> facts(probe.keys().size());
+  if (pass == Pass::Calibration) facts = parametersFor(trace.selection);
+  for (size_t i = 0; i < probe.keys().size(); ++i) {
+    trace.parameters.push_back({probe.keys()[i], pass, {}, facts.at(i)});
+  }
+}
+
+// Follows the lines of one file through both passes.
+class FileTracer {
  public:
-  // Appends the pass's parameters to the trace. `facts` has one for each, or none.
-  PassTracer(LoadTrace& trace, Pass pass, SchemaProbe probe,
-             const std::vector<const Parameter*>& facts)
-      : trace_(trace), pass_(pass), probe_(std::move(probe)), first_(trace.parameters.size()) {
-    for (size_t i = 0; i < probe_.keys().size(); ++i) {
-      trace.parameters.push_back({probe_.keys()[i], pass, {}, facts.empty() ? nullptr : facts[i]});
-    }
-  }
+  FileTracer(const SchemaProbe& selection, const SchemaProbe& calibration)
+      : selection_(selection), calibration_(calibration) {}
 
-  void beginFile() { failed_ = false; }
-
-  // Whether the line names a parameter of this pass.
-  bool follow(TracedLine& line, const LineRef& ref) {
-    line.effect = probe_.feed(line.text);
-    if (!line.effect.namesParameter()) return false;
-    line.pass = pass_;
-    line.parameter = first_ + line.effect.parameter;
-    line.lost = failed_;
-    const bool fails = line.effect.kind == LineEffect::Kind::Fails;
-    if (!failed_ && !fails) trace_.parameters[*line.parameter].settings.push_back(ref);
-    failed_ = failed_ || fails;
-    return true;
-  }
-
- private:
-  LoadTrace& trace_;
-  const Pass pass_;
-  const SchemaProbe probe_;
-  const size_t first_;
-  bool failed_ = false;
-};
-
-void followFiles(LoadTrace& trace, const std::vector<calibration>& calibrations) {
-  PassTracer selection(trace, Pass::Selection, selectionProbe(), {});
-  PassTracer calibration(trace, Pass::Calibration, calibrationProbe(trace.selection),
-                         parametersFor(trace.selection));
-  for (const ::calibration& file : calibrations) {
-    selection.beginFile();
-    calibration.beginFile();
+  TracedFile follow(const calibration& file) const {
     TracedFile traced{file.path, file.content, {}};
+    bool failed[2] = {};
     for (const std::string& text : linesOf(file.content)) {
       TracedLine line;
       line.number = traced.lines.size() + 1;
       line.text = text;
-      const LineRef ref{trace.files.size(), traced.lines.size()};
-      if (!selection.follow(line, ref)) calibration.follow(line, ref);
+      if (!names(line, selection_, Pass::Selection, 0)) {
+        // The parameters of the second tree come after those of the first.
+        names(line, calibration_, Pass::Calibration, selection_.keys().size());
+      }
+      bool& pass_failed = failed[static_cast<size_t>(line.pass)];
+      line.lost = line.parameter.has_value() && pass_failed;
+      if (line.effect.kind == LineEffect::Kind::Fails) pass_failed = true;
       traced.lines.push_back(std::move(line));
     }
-    trace.files.push_back(std::move(traced));
+    return traced;
+  }
+
+ private:
+  static bool names(TracedLine& line, const SchemaProbe& probe, Pass pass, size_t first) {
+    line.effect = probe.feed(line.text);
+    if (!line.effect.namesParameter()) return false;
+    line.pass = pass;
+    line.parameter = first + line.effect.parameter;
+    return true;
+  }
+
+  const SchemaProbe& selection_;
+  const SchemaProbe& calibration_;
+};
+
+void addSettings(LoadTrace& trace, size_t file) {
+  const std::vector<TracedLine>& lines = trace.files[file]->lines;
+  for (size_t i = 0; i < lines.size(); ++i) {
+    if (lines[i].lost || lines[i].effect.kind != LineEffect::Kind::Sets) continue;
+    trace.parameters[*lines[i].parameter].settings.push_back({file, i});
   }
 }
 
@@ -177,6 +164,28 @@ void finish(LoadTrace& trace, const std::vector<calibration>& calibrations) {
   }
 }
 
+// What was not opened may hold anything.
+void noteUnopened(LoadTrace& trace, const TracedPath& path) {
+  if (path.kind != FileKind::Special) return;
+  trace.unknown = true;
+  trace.block.reset();
+  trace.problem = "what the device does is unknown: " + problemOf(path);
+}
+
+void noteUnopened(LoadTrace& trace) {
+  for (const TracedPathFile& file : trace.path_files) {
+    noteUnopened(trace, file);
+    for (const TracedEntry& entry : file.entries) {
+      noteUnopened(trace, entry.own);
+      noteUnopened(trace, entry.last());
+    }
+  }
+}
+
+std::string kindOf(mode_t mode) {
+  return S_ISFIFO(mode) ? "a pipe" : S_ISSOCK(mode) ? "a socket" : "a device";
+}
+
 }  // namespace
 
 const TracedParameter& LoadTrace::parameterOf(const TracedLine& line) const {
@@ -184,33 +193,78 @@ const TracedParameter& LoadTrace::parameterOf(const TracedLine& line) const {
 }
 
 std::string LoadTrace::placeText(const LineRef& ref) const {
-  return files[ref.file].path + ":" + std::to_string(at(ref).number);
+  return files[ref.file]->path + ":" + std::to_string(at(ref).number);
 }
 
-LoadTrace traceLoad(const std::string& country) {
+LoadTrace LoadTracer::trace(const std::string& country) {
   LoadTrace trace;
   trace.country = CalibPath::lowercase(country);
   const std::vector<calibration> calibrations = tracePathFiles(trace);
-  if (!trace.decided) {
+  if (trace.decided) {
+    select(trace, calibrations);
+    followFiles(trace, calibrations);
+    noteMissing(trace, calibrations);
+    finish(trace, calibrations);
+  } else {
     trace.problem = "no path file names a calibration file that can be read";
-    return trace;
   }
-  select(trace, calibrations);
-  followFiles(trace, calibrations);
-  noteMissing(trace, calibrations);
-  finish(trace, calibrations);
+  noteUnopened(trace);
   return trace;
 }
 
-FileStatus fileStatus(const std::string& path) {
-  const std::optional<struct stat> status = statusOf(path);
-  if (status.has_value() && S_ISDIR(status->st_mode)) return {FileKind::Directory, {}};
-  if (status.has_value() && canBeOpened(path)) {
-    const bool empty = S_ISREG(status->st_mode) && status->st_size == 0;
-    return {empty ? FileKind::Empty : FileKind::Text, {}};
+void LoadTracer::followFiles(LoadTrace& trace, const std::vector<calibration>& calibrations) {
+  const SchemaProbe selection = selectionProbe();
+  const SchemaProbe calibration = calibrationProbe(trace.selection);
+  addParameters(trace, selection, Pass::Selection);
+  addParameters(trace, calibration, Pass::Calibration);
+  const FileTracer tracer(selection, calibration);
+  for (const ::calibration& file : calibrations) {
+    std::shared_ptr<const TracedFile>& traced =
+        files_[{file.path, trace.selection.ch5, trace.selection.ch9}];
+    if (traced == nullptr) traced = std::make_shared<TracedFile>(tracer.follow(file));
+    trace.files.push_back(traced);
+    addSettings(trace, trace.files.size() - 1);
   }
-  if (errno == ENOENT || errno == ENOTDIR) return {FileKind::Missing, {}};
-  return {FileKind::Unreadable, std::strerror(errno)};
+}
+
+LoadTrace traceLoad(const std::string& country) {
+  return LoadTracer().trace(country);
+}
+
+TracedPath tracePath(const std::string& path) {
+  const std::optional<struct stat> status = statusOf(path);
+  if (status.has_value() && isSpecial(*status)) {
+    return {path, FileKind::Special, kindOf(status->st_mode)};
+  }
+  if (status.has_value() && S_ISDIR(status->st_mode)) return {path, FileKind::Directory, {}};
+  if (status.has_value() && canBeOpened(path)) {
+    return {path, status->st_size == 0 ? FileKind::Empty : FileKind::Text, {}};
+  }
+  const int reason = errno;
+  if (reason != ENOENT && reason != ENOTDIR) {
+    return {path, FileKind::Unreadable, std::strerror(reason)};
+  }
+  const std::string target = linkAt(path);
+  if (target.empty()) return {path, FileKind::Missing, {}};
+  return {path, FileKind::Unreadable, "it is a link to " + target + ", which does not exist"};
+}
+
+std::string problemOf(const TracedPath& path) {
+  switch (path.kind) {
+    case FileKind::Text:
+      return {};
+    case FileKind::Empty:
+      return path.path + " is empty";
+    case FileKind::Directory:
+      return path.path + " is a directory";
+    case FileKind::Missing:
+      return "there is no " + path.path;
+    case FileKind::Special:
+      return path.path + " is " + path.reason;
+    case FileKind::Unreadable:
+      return "cannot read " + path.path + ": " + path.reason;
+  }
+  return {};
 }
 
 std::vector<std::string> linesOf(const std::string& text) {

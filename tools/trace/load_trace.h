@@ -1,10 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <array>
+#include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "loader/calibration.h"
 #include "schema/antenna_selection.h"
 #include "tools/block/fields.h"
 #include "tools/probe/schema_probe.h"
@@ -29,28 +33,29 @@ struct TracedFile {
   std::vector<TracedLine> lines;
 };
 
-// What a path leads to. The library reads a directory as an empty file.
-enum class FileKind { Text, Empty, Directory, Missing, Unreadable };
+// What a path leads to. The library reads a directory as an empty file. Special is a pipe, a socket
+// or a device, which is not opened. Unreadable is what exists and gives no text.
+enum class FileKind { Text, Empty, Directory, Missing, Special, Unreadable };
 
-struct FileStatus {
+struct TracedPath {
+  std::string path;
   FileKind kind = FileKind::Missing;
-  std::string reason;  // The system's word for Unreadable.
+  std::string reason;  // "a pipe" for Special, "Permission denied" for Unreadable.
 };
 
 struct TracedEntry {
   size_t number = 0;  // Counted from 1.
   std::string text;
   bool has_placeholder = false;
-  std::string path;            // With the country in place of the placeholder.
-  std::string last_path;       // The path that was tried last,
-  FileStatus status;           // and what it leads to.
-  bool fell_back = false;      // The default file was read.
-  std::optional<size_t> file;  // The index in LoadTrace::files of what was read.
+  TracedPath own;                      // With the country in place of the placeholder.
+  std::optional<TracedPath> fallback;  // The default's, where it was tried too.
+  std::optional<size_t> file;          // The index in LoadTrace::files of what was read.
+
+  bool fellBack() const { return fallback.has_value() && file.has_value(); }
+  const TracedPath& last() const { return fallback.has_value() ? *fallback : own; }
 };
 
-struct TracedPathFile {
-  std::string path;
-  FileStatus status;
+struct TracedPathFile : TracedPath {
   std::vector<TracedEntry> entries;
 };
 
@@ -71,26 +76,42 @@ struct LoadTrace {
   std::string country;
   std::vector<TracedPathFile> path_files;  // Those that were tried, the deciding one last.
   bool decided = false;                    // One of them named a file that could be read.
-  std::vector<TracedFile> files;
+  std::vector<std::shared_ptr<const TracedFile>> files;
   bool selected = false;  // Both antennas have names.
   antenna_selection selection;
   std::vector<TracedParameter> parameters;  // In the order of the two trees.
   std::vector<std::string> missing;         // As the device reports them.
   std::optional<Bytes> block;
-  std::string problem;  // Why there is no block.
+  bool unknown = false;  // A file was not opened, so that a device may do otherwise.
+  std::string problem;   // Why there is no block.
 
   const TracedPathFile& deciding() const { return path_files.back(); }
-  const TracedLine& at(const LineRef& ref) const { return files[ref.file].lines[ref.line]; }
+  const TracedLine& at(const LineRef& ref) const { return files[ref.file]->lines[ref.line]; }
   // The parameter that the line names, which must name one.
   const TracedParameter& parameterOf(const TracedLine& line) const;
   // "path:number"
   std::string placeText(const LineRef& ref) const;
 };
 
-// Follows a load with this country code. The path files depend on the property, as in a load.
+// Follows loads. What several of them read alike is looked at once.
+class LoadTracer {
+ public:
+  // A load with this country code. The path files depend on the property, as in a load.
+  LoadTrace trace(const std::string& country);
+
+ private:
+  void followFiles(LoadTrace& trace, const std::vector<calibration>& calibrations);
+
+  // By path and the names of the antennas.
+  std::map<std::array<std::string, 3>, std::shared_ptr<const TracedFile>> files_;
+};
+
 LoadTrace traceLoad(const std::string& country);
 
-FileStatus fileStatus(const std::string& path);
+TracedPath tracePath(const std::string& path);
+
+// "there is no PATH", "PATH is a directory", "cannot read PATH: Permission denied".
+std::string problemOf(const TracedPath& path);
 
 // The lines of a text as the library reads them.
 std::vector<std::string> linesOf(const std::string& text);
