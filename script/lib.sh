@@ -8,6 +8,21 @@ readonly BUILD_PACKAGES=(
   libgtest-dev libgmock-dev libjsoncpp-dev
 )
 
+# What single scripts need besides.
+readonly ANALYSE_PACKAGES=(clang clang-tidy cppcheck)
+readonly BENCHMARK_PACKAGES=(pkg-config libbenchmark-dev libinih-dev libglib2.0-dev valgrind strace)
+readonly COVERAGE_PACKAGES=(clang-19 llvm-19 libclang-rt-19-dev zsh)
+readonly FUZZ_PACKAGES=(clang llvm libclang-rt-14-dev)
+
+# Says what is done next, and when: minutes and seconds since the first script began. The steps of a
+# script that is called by another one go where the first one's go.
+export STEPS_BEGAN=${STEPS_BEGAN-$EPOCHSECONDS} STEPS_OF=${STEPS_OF-${0##*/}}
+{ : >&9; } 2>/dev/null || exec 9>&2
+step() {
+  local seconds=$((EPOCHSECONDS - STEPS_BEGAN))
+  printf '[%2d:%02d] %s: %s\n' $((seconds / 60)) $((seconds % 60)) "$STEPS_OF" "$*" >&9
+}
+
 fail() {
   echo "${0##*/}: $*" >&2
   exit 2
@@ -34,7 +49,7 @@ install_packages() {
   done
   [ ${#missing[@]} = 0 ] && return
   command -v apt-get >/dev/null || fail "needs ${missing[*]}; install them and run this again"
-  echo "Installing ${missing[*]}"
+  step "install ${missing[*]}"
   as_root apt-get update -q >/dev/null || fail "cannot read the package lists"
   as_root env DEBIAN_FRONTEND=noninteractive apt-get install -q -y --no-install-recommends \
     "${missing[@]}" >/dev/null || fail "cannot install ${missing[*]}"
@@ -46,6 +61,7 @@ configure_preset() {
   local stamp=build/$1/configured file
   for file in CMakePresets.json cmake/toolchains/*; do
     [ "$stamp" -nt "$file" ] && continue
+    step "configure build/$1"
     quietly cmake --fresh --preset "$1" && touch "$stamp"
     return
   done
@@ -56,6 +72,7 @@ build_preset() {
   local preset=$1
   shift
   configure_preset "$preset" || return
+  step "build ${*:-all} in build/$preset"
   quietly cmake --build "build/$preset" ${@:+--target "$@"}
 }
 
