@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "grammar/ast_node.h"
 
-#include <cstring>
 #include <ostream>
 
 #include "grammar/get_area.h"
@@ -42,7 +41,7 @@ bool AstNode::readName(std::istream& input) const {
   const std::string_view area = GetArea::of(text);
   if (area.size() < name.size()) return readByCharacter(text, name);
   GetArea::skip(text, name.size());
-  return memcmp(area.data(), name.data(), name.size()) == 0;
+  return area.compare(0, name.size(), name) == 0;
 }
 
 void AstNode::expectName() {
