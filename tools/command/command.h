@@ -37,7 +37,7 @@ struct Outcome {
   int status = 0;
   std::optional<std::string> result;
   std::string failure;
-  std::string remark;
+  std::string remark = {};  // May be left out.
 };
 
 constexpr int kGood = 0;
