@@ -304,7 +304,7 @@ class Decode(CommandTest):
     def test_what_is_no_block(self):
         self.fails(run("decode", "-"), "no block: the input is empty")
         self.fails(run("decode", "-", stdin=bytes(83)), "no block: 83 bytes, a block has 82")
-        self.fails(run("decode", "/dev/zero"), "/dev/zero is too large for a block")
+        self.fails(run("decode", "/dev/zero"), "/dev/zero is too large")
         self.fails(run("decode", "/no/such"), "cannot open /no/such: No such file or directory")
         self.fails(run("decode", self.folder),
                    f"cannot read {self.folder}: Is a directory")
@@ -360,10 +360,153 @@ class Explain(CommandTest):
         result = self.explain_scenario("bad_gpio_on_both")
         self.assertEqual(result.returncode, 1)
         self.assertIn(b"no block: GPIO value must be 0 or 1\n", result.stdout)
-        result = run("explain", "--root", self.folder)
+
+    def test_without_a_calibration_file_the_path_files_are_named(self):
+        etc = self.folder / "vendor/etc"
+        etc.mkdir(parents=True)
+        (etc / "calib_paths").write_text("/a/<country>\n/b\n/loop\n")
+        (self.folder / "loop").symlink_to("loop")
+        result = run("explain", "--root", self.folder, "--country", "DE")
+        self.assertEqual((result.returncode, result.stderr), (1, b""))
+        self.assertEqual(result.stdout.decode(), """\
+country de, no path file names a calibration file that can be read
+there is no path file /vendor/etc/uwb_calib_paths.conf
+path file /vendor/etc/calib_paths
+  line 1: there is no /a/de, and there is no /a/default
+  line 2: there is no /b
+  line 3: cannot read /loop: Too many levels of symbolic links
+there is no path file ./uwb_calib_paths.conf
+there is no path file ./calib_paths
+""")
+        result = run("explain", "--root", self.folder, "--country", "DE", "--format", "json")
+        self.golden("explain.tried.json", result.stdout)
+
+    def test_shows_only_the_named_keys_and_fields(self):
+        shown = run("explain", "--root", EXAMPLES, "--country", "DE").stdout.decode()
+        result = run("explain", "--root", EXAMPLES, "--country", "DE", "wifi_coex_time_gap",
+                     "edge.selector_gpio", "ch5_antenna_selection", "ch9.antenna_selection")
+        self.assertEqual((result.returncode, result.stderr), (0, b""))
+        self.golden("explain.names", result.stdout)
+        for line in result.stdout.decode().splitlines():
+            self.assertIn(line + "\n", shown)
+        result = run("explain", "--root", EXAMPLES, "--format", "json", "crc", "version")
+        names = [field["name"] for field in json.loads(result.stdout)["fields"]]
+        self.assertEqual(names, ["crc", "version"])
+        self.assertEqual(json.loads(result.stdout)["selection"], [])
+
+    def test_an_unknown_name_is_wrong_usage(self):
+        self.fails(run("explain", "--root", EXAMPLES, "xtal_trm"),
+                   "no parameter and no field has the name 'xtal_trm'; did you mean 'xtal_trim'?")
+        self.fails(run("explain", "--root", EXAMPLES, "nonsense"),
+                   "no parameter and no field has the name 'nonsense'")
+
+
+class DeviceLog(CommandTest):
+    """The log of a load, as logcat shows it, explained with the tree."""
+    FORMATS = {
+        "brief": "{p}/uwb     ( 1234): {m}",
+        "process": "{p}( 1234) {m}",
+        "tag": "{p}/uwb     : {m}",
+        "thread": "{p}( 1234: 1240) {m}",
+        "time": "11-21 18:40:{s:06.3f} {p}/uwb     ( 1234): {m}",
+        "threadtime": "11-21 18:40:{s:06.3f}  1234  1240 {p} uwb     : {m}",
+        "year": "2026-11-21 18:40:{s:06.3f} +0100  1234  1240 {p} uwb     : {m}",
+        "epoch": "17000000{s:06.3f}  1234  1240 {p} uwb     : {m}",
+        "long": "[ 11-21 18:40:{s:06.3f}  1234: 1240 {p}/uwb      ]\n{m}\n",
+    }
+
+    def setUp(self):
+        super().setUp()
+        shutil.copytree(EXAMPLES, self.folder, dirs_exist_ok=True)
+        us = self.folder / "vendor/etc/uwb/us/calib.conf"
+        us.write_text("# Not measured.\nedge.port=300\n" + us.read_text())
+        self.log = self.log_of("--country", "US")
+
+    def log_of(self, *options):
+        log = run("build", "--root", self.folder, *options).stderr.decode()
+        return [line for line in log.splitlines() if not line.startswith("tarnix")]
+
+    def logcat(self, form, with_others=True):
+        """The log in one of logcat's formats, with lines of other processes between."""
+        out = "--------- beginning of main\n"
+        for number, line in enumerate(self.log):
+            priority, message = line[0], line[2:]
+            seconds = number / 1000 + number % 60
+            out += self.FORMATS[form].format(p=priority, m=message, s=seconds) + "\n"
+            if with_others:
+                other = self.FORMATS[form].replace("1234", "4321").replace("uwb ", "hal ")
+                out += other.format(p="E", m=f"other's message {number}", s=seconds) + "\n"
+        return out
+
+    def explain(self, log, *options):
+        result = run("explain", "--root", self.folder, "--device-log", "-", *options,
+                     stdin=log.encode())
+        self.assertEqual(result.stderr, b"")
+        return result
+
+    def test_every_format_of_logcat(self):
+        expected = self.explain("\n".join(self.log) + "\n")
+        self.assertEqual(expected.returncode, 1)
+        self.golden("explain.device_log", expected.stdout)
+        for form in self.FORMATS:
+            shown = self.explain(self.logcat(form)).stdout.decode()
+            self.assertEqual(shown.splitlines()[1:], expected.stdout.decode().splitlines()[1:], form)
+        raw = "\n".join(line[2:] for line in self.log)
+        self.assertEqual(self.explain(raw).stdout, expected.stdout)
+
+    def test_json(self):
+        log = self.folder / "log"
+        log.write_text(self.logcat("threadtime"))
+        result = run("explain", "--root", self.folder, "--device-log", log, "--format", "json")
+        self.golden("explain.device_log.json", result.stdout)
+
+    def test_a_log_without_debug_lines_and_with_carriage_returns(self):
+        self.log = [line for line in self.log if not line.startswith("D ")]
+        shown = self.explain(self.logcat("threadtime").replace("\n", "\r\n")).stdout
+        self.assertTrue(shown.endswith(b"the load of the tree logs the same\n"), shown)
+
+    def test_the_last_load_counts(self):
+        first = self.logcat("threadtime")
+        self.log = self.log_of("--country", "DE")
+        result = self.explain(first + self.logcat("threadtime"))
+        self.assertEqual(result.returncode, 0)
+        self.assertTrue(result.stdout.startswith(b"country de, load in line "))
+        self.assertTrue(result.stdout.endswith(b"the load of the tree logs the same\n"))
+
+    def test_a_path_file_that_the_property_names(self):
+        (self.folder / "mine").write_text("/vendor/etc/uwb/common.conf\n/missing.conf\n")
+        self.log = self.log_of("--path-file", "/mine")
+        result = self.explain(self.logcat("brief"))
         self.assertEqual(result.returncode, 1)
-        self.assertEqual(result.stdout, b"no country code, no path file names a calibration file "
-                                        b"that can be read\n")
+        self.golden("explain.device_log.path_file", result.stdout)
+
+    def test_a_failing_conversion_names_the_line_of_the_wiring(self):
+        (self.folder / "vendor/etc/uwb/us/calib.conf").write_text(
+            "patch.selector_gpio=8\npatch.ch5.prf64.tx_power=1\nedge.ch9.prf64.tx_power=1\n")
+        self.log = self.log_of("--country", "US")
+        self.assertIn(b"GPIO must be 6 or 7\n    /vendor/etc/uwb/us/calib.conf:1: "
+                      b"patch.selector_gpio=8\nthe load", self.explain(self.logcat("tag")).stdout)
+
+    def test_the_first_difference_tells_that_the_tree_is_another(self):
+        log = self.logcat("threadtime", with_others=False)
+        shutil.copytree(EXAMPLES, self.folder, dirs_exist_ok=True)
+        result = self.explain(log)
+        self.assertEqual(result.returncode, 1)
+        self.golden("explain.device_log.other_tree", result.stdout)
+
+    def test_a_log_that_ends_early_differs(self):
+        self.log = self.log[:-1]
+        shown = self.explain(self.logcat("threadtime")).stdout
+        self.assertIn(b"\n- (nothing more)\n+ Calibration is invalid, aborting\n", shown)
+
+    def test_wrong_usage(self):
+        self.fails(run("explain", "--device-log", "-", stdin=b"E/uwb( 1): something\n"),
+                   "the log has no load of the library")
+        self.fails(run("explain", "--device-log", "/no/such"),
+                   "cannot open /no/such: No such file or directory")
+        for more in (["--country", "US"], ["--path-file", "/a"], ["xtal_trim"]):
+            self.fails(run("explain", "--device-log", "-", *more),
+                       "--device-log has the country and the path file, and shows no names")
 
 
 class Matrix(CommandTest):

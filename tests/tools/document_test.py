@@ -63,6 +63,8 @@ class Documents(CommandTest):
         rows["decode"] += rows["build"]
         for command, name in (("build", "build_json"), ("decode", "decode.json"),
                               ("lint", "lint.json"), ("explain", "explain.json"),
+                              ("explain", "explain.tried.json"),
+                              ("explain", "explain.device_log.json"),
                               ("matrix", "matrix.json"), ("diff", "diff.json")):
             members = set(re.findall(r'"(\w+)": ', (GOLDEN / name).read_text()))
             self.assertEqual(members - {"format_version"} - set(re.findall(r"`(\w+)`", rows[command])),

@@ -218,7 +218,8 @@ class NewUser(CommandTest):
                       shown)
         self.assertIn("    overrides /vendor/etc/uwb/common.conf:34: wifi_coex_time_gap=12\n", shown)
         missing = run("explain", "--root", "tree", "--country", "FR", cwd=self.folder).stdout
-        self.assertIn(b"  line 2: no file can be read: /vendor/etc/uwb/<country>/calib.conf\n",
+        self.assertIn(b"  line 2: there is no /vendor/etc/uwb/fr/calib.conf, "
+                      b"and there is no /vendor/etc/uwb/default/calib.conf\n",
                       missing)
 
 

@@ -32,6 +32,13 @@ std::vector<const Parameter*> parametersFor(const antenna_selection& selection) 
   return parameters;
 }
 
+bool hasSelector(Role role, uint64_t number) {
+  if (role != Role::SelectorLine && role != Role::SelectorLevel) return true;
+  return std::any_of(std::begin(kSelectors), std::end(kSelectors), [&](const Selector& selector) {
+    return (role == Role::SelectorLine ? selector.line : selector.level) == number;
+  });
+}
+
 const Selector* selectorOf(uint8_t code) {
   const auto* const found =
       std::find_if(std::begin(kSelectors), std::end(kSelectors),

@@ -120,6 +120,9 @@ struct Selector {
 
 inline constexpr Selector kSelectors[] = {{6, 0, 0x01}, {6, 1, 0x03}, {7, 0, 0x04}, {7, 1, 0x0C}};
 
+// Whether a selector has this number of its line or level; true for other parameters.
+bool hasSelector(Role role, uint64_t number);
+
 // The selector with this code; null when there is none.
 const Selector* selectorOf(uint8_t code);
 

@@ -104,14 +104,13 @@ std::optional<std::string> hexTextIn(const std::string& input) {
   return digits.has_value() && isHexText(*digits) ? digits : std::nullopt;
 }
 
-std::string readAll(int file, const std::string& path) {
-  constexpr size_t kMostBytes = 65536;
+std::string readAll(int file, const std::string& path, size_t largest) {
   std::string all;
   char part[4096];
   ssize_t count = 0;
   while ((count = read(file, part, sizeof(part))) > 0 || (count < 0 && errno == EINTR)) {
     if (count > 0) all.append(part, static_cast<size_t>(count));
-    if (all.size() > kMostBytes) throw std::runtime_error(path + " is too large for a block");
+    if (all.size() > largest) throw std::runtime_error(path + " is too large");
   }
   if (count < 0) throw std::runtime_error("cannot read " + path + ": " + std::strerror(errno));
   return all;
@@ -130,12 +129,12 @@ Bytes readBlock(const std::string& input) {
   return bytes;
 }
 
-std::string readInput(const std::string& path) {
-  if (path == "-") return readAll(STDIN_FILENO, "the standard input");
+std::string readInput(const std::string& path, size_t largest) {
+  if (path == "-") return readAll(STDIN_FILENO, "the standard input", largest);
   const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC);
   if (file < 0) throw std::runtime_error("cannot open " + path + ": " + std::strerror(errno));
   try {
-    std::string all = readAll(file, path);
+    std::string all = readAll(file, path, largest);
     close(file);
     return all;
   } catch (...) {

@@ -17,6 +17,7 @@ struct Options {
   std::string output = "-";
   std::string color = "auto";
   std::string library;
+  std::string device_log;
   unsigned int capacity = kBlockSize;
   bool quiet = false;
   bool log = false;

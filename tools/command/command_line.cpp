@@ -140,6 +140,7 @@ class Reader {
   }
 
   void checkOperands() const {
+    if (takesNames(subcommand_)) return;
     const std::vector<std::string> wanted = operandsOf(subcommand_);
     const std::vector<std::string>& given = options_.operands;
     if (given.size() > wanted.size()) {

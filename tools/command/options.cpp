@@ -20,6 +20,8 @@ constexpr Option kOptions[] = {
      "The country code; '' for none"},
     {"path-file", 0,   Value::File,   &Options::path_file,     kLoads,
      "One more path file, tried first"},
+    {"device-log", 0,  Value::File,   &Options::device_log,    kExplain,
+     "Explain the errors of a device's log; - for standard input"},
     {"error",     0,   Value::Rule,   &Options::error_rules,   kLint,
      "Report this rule's findings as errors; may be repeated"},
     {"ignore",    0,   Value::RulePath, &Options::ignored_rules, kLint,
@@ -71,7 +73,11 @@ constexpr Subcommand kSubcommands[] = {
      "Without --country and --countries, every country of the tree is loaded, any other country,\n"
      "and no country code."},
     {"explain", kExplain, explain, "Show for each field of the block which line set it",
-     "text,json", "", "  tarnix-uwb-params explain --root out/target --country DE"},
+     "text,json", "[NAME]...",
+     "  tarnix-uwb-params explain --root out/target --country DE\n"
+     "  tarnix-uwb-params explain --root out/target xtal_trim ch9_port\n"
+     "  adb logcat -d | tarnix-uwb-params explain --root out/target --device-log -\n"
+     "NAME is a key or a field of the block: only these are shown."},
     {"matrix", kMatrix, matrix, "Compare the blocks of all countries that the tree has files for",
      "text,json", "", "  tarnix-uwb-params matrix --root out/target"},
     {"diff", kDiff, diff, "Compare two blocks or two trees, field by field", "text,json", "A,B",
@@ -126,6 +132,12 @@ std::vector<std::string> firstWords() {
   return words;
 }
 
+std::vector<std::string> fieldNames() {
+  std::vector<std::string> names;
+  for (const BlockField& field : kBlockFields) names.emplace_back(field.name);
+  return names;
+}
+
 // The words that may replace `current`, the unfinished word after `previous`.
 std::vector<std::string> nextWords(const Subcommand& subcommand, const std::string& previous,
                                    const std::string& current) {
@@ -137,9 +149,9 @@ std::vector<std::string> nextWords(const Subcommand& subcommand, const std::stri
     if (is_previous && option.value != Value::None) return choicesOf(option, subcommand);
     names.push_back(name);
   }
-  // Where a file is possible, options are offered only after a dash.
-  if (*subcommand.operands != 0 && current.substr(0, 1) != "-") return {};
-  return names;
+  if (current.substr(0, 1) == "-" || *subcommand.operands == 0) return names;
+  if (!takesNames(subcommand)) return {};
+  return fieldNames();
 }
 
 }  // namespace
@@ -159,6 +171,10 @@ std::vector<Option> optionsOf(const Subcommand& subcommand) {
 
 std::vector<std::string> operandsOf(const Subcommand& subcommand) {
   return split(subcommand.operands, ',');
+}
+
+bool takesNames(const Subcommand& subcommand) {
+  return *subcommand.operands == '[';
 }
 
 std::vector<std::string> choicesOf(const Option& option, const Subcommand& subcommand) {

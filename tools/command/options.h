@@ -40,8 +40,9 @@ const std::vector<Subcommand>& subcommands();
 // The options of the subcommand, in the order of the help.
 std::vector<Option> optionsOf(const Subcommand& subcommand);
 
-// The names of the arguments that the subcommand needs.
+// The names of the arguments that the subcommand needs, and whether it takes any number of names.
 std::vector<std::string> operandsOf(const Subcommand& subcommand);
+bool takesNames(const Subcommand& subcommand);
 
 // The values that the option accepts; none when it accepts any text.
 std::vector<std::string> choicesOf(const Option& option, const Subcommand& subcommand);

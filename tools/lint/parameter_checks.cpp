@@ -19,11 +19,6 @@ Place valuePlace(const LoadTrace& trace, const LineRef& ref) {
   return placeIn(trace, ref, after + blanksAt(text, after) + 1);
 }
 
-bool isAnySelectors(uint8_t Selector::*member, uint8_t value) {
-  return std::any_of(std::begin(kSelectors), std::end(kSelectors),
-                     [&](const Selector& selector) { return selector.*member == value; });
-}
-
 void checkWiring(const LoadTrace& trace, const TracedParameter& parameter, Findings& findings) {
   if (parameter.facts == nullptr || parameter.settings.empty()) return;
   const LineRef winner = parameter.settings.back();
@@ -34,9 +29,9 @@ void checkWiring(const LoadTrace& trace, const TracedParameter& parameter, Findi
     findings.blame(kOutcome, findings.add(rule, valuePlace(trace, winner),
                                           message + ": the conversion fails on the device"));
   };
-  if (role == Role::SelectorLine && !isAnySelectors(&Selector::line, value)) {
+  if (role == Role::SelectorLine && !hasSelector(role, value)) {
     addFailure(Rule::SelectorLine, "GPIO " + std::to_string(value) + " is no selector line");
-  } else if (role == Role::SelectorLevel && !isAnySelectors(&Selector::level, value)) {
+  } else if (role == Role::SelectorLevel && !hasSelector(role, value)) {
     addFailure(Rule::SelectorLevel, std::to_string(value) + " is no level of a selector line");
   } else if (role == Role::Port && value == UINT8_MAX) {
     findings.add(Rule::Port255, valuePlace(trace, winner),

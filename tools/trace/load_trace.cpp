@@ -267,6 +267,11 @@ std::string problemOf(const TracedPath& path) {
   return {};
 }
 
+std::string whyNotRead(const TracedEntry& entry) {
+  const std::string own = problemOf(entry.own);
+  return entry.fallback.has_value() ? own + ", and " + problemOf(*entry.fallback) : own;
+}
+
 std::vector<std::string> linesOf(const std::string& text) {
   std::vector<std::string> lines;
   std::istringstream input(text);

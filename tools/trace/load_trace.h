@@ -91,6 +91,15 @@ struct LoadTrace {
   const TracedParameter& parameterOf(const TracedLine& line) const;
   // "path:number"
   std::string placeText(const LineRef& ref) const;
+  // Calls `visit` for every line of every file.
+  template <typename Visit>
+  void forEachLine(const Visit& visit) const {
+    for (size_t file = 0; file < files.size(); ++file) {
+      for (size_t line = 0; line < files[file]->lines.size(); ++line) {
+        visit(LineRef{file, line}, files[file]->lines[line]);
+      }
+    }
+  }
 };
 
 // Follows loads. What several of them read alike is looked at once.
@@ -112,6 +121,9 @@ TracedPath tracePath(const std::string& path);
 
 // "there is no PATH", "PATH is a directory", "cannot read PATH: Permission denied".
 std::string problemOf(const TracedPath& path);
+
+// Why nothing was read for an entry: "there is no a, and there is no b", "cannot read a: reason".
+std::string whyNotRead(const TracedEntry& entry);
 
 // The lines of a text as the library reads them.
 std::vector<std::string> linesOf(const std::string& text);
