@@ -5,9 +5,6 @@ template <typename T>
 AstEqual<T>::AstEqual(int depth) : AstNode("=", depth), child("", 0) {}
 
 template <typename T>
-AstEqual<T>::~AstEqual() = default;
-
-template <typename T>
 bool AstEqual<T>::parse(std::istream& input) {
   return input.good() && input.rdbuf()->sbumpc() == '=' && child.parse(input);
 }

@@ -15,7 +15,6 @@ class AstEqual : public AstNode {
   std::string getClass() const override;
   void print(std::ostream& out) const override;
   size_t serialize(std::vector<uint8_t>& out, EndiannessConversion conversion) const override;
-  ~AstEqual() override;
 
   // Empty until a line supplies the value.
   const std::optional<T>& value() const { return child.value; }

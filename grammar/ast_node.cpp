@@ -5,19 +5,6 @@
 
 #include "grammar/get_area.h"
 
-namespace {
-
-// Reads a name that the get area does not hold whole.
-bool readByCharacter(std::streambuf& text, const std::string& name) {
-  bool equal = true;
-  for (const char c : name) {
-    if (text.sbumpc() != std::streambuf::traits_type::to_int_type(c)) equal = false;
-  }
-  return equal;
-}
-
-}  // namespace
-
 AstNode::~AstNode() = default;
 
 std::string AstNode::getClass() const {
@@ -39,13 +26,25 @@ bool AstNode::readName(std::istream& input) const {
   if (!input.good()) return false;
   std::streambuf& text = *input.rdbuf();
   const std::string_view area = GetArea::of(text);
-  if (area.size() < name.size()) return readByCharacter(text, name);
-  GetArea::skip(text, name.size());
-  return area.compare(0, name.size(), name) == 0;
+  if (area.size() >= name.size()) {
+    GetArea::skip(text, name.size());
+    return std::string_view(area.data(), name.size()) == name;
+  }
+  bool equal = true;
+  for (const char c : name) {
+    if (text.sbumpc() != std::istream::traits_type::to_int_type(c)) equal = false;
+  }
+  return equal;
 }
 
 void AstNode::expectName() {
   if (!name.empty()) beginning = std::istream::traits_type::to_int_type(name.front());
+}
+
+size_t AstNode::serializeId(std::optional<uint8_t> id, std::vector<uint8_t>& out) {
+  if (!id.has_value()) return 0;
+  out.push_back(*id);
+  return 1;
 }
 
 void AstNode::printName(std::ostream& out) const {

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <istream>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -63,6 +64,9 @@ class AstNode {
   // Reads the name; true when it is there. Always consumes name.size() characters, also after a
   // difference.
   bool readName(std::istream& input) const;
+
+  // Appends the byte `id`, if there is one, and returns the number of bytes appended.
+  static size_t serializeId(std::optional<uint8_t> id, std::vector<uint8_t>& out);
 
   // Writes the blanks before the node's line, then the name.
   void printName(std::ostream& out) const;

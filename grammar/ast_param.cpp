@@ -37,11 +37,7 @@ void AstParam<T>::print(std::ostream& out) const {
 
 template <typename T>
 size_t AstParam<T>::serialize(std::vector<uint8_t>& out, EndiannessConversion conversion) const {
-  size_t count = 0;
-  if (id.has_value()) {
-    ++count;
-    out.push_back(*id);
-  }
+  const size_t count = serializeId(id, out);
   return count + child.serialize(out, conversion);
 }
 

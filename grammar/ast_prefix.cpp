@@ -12,11 +12,6 @@
 
 namespace {
 
-// False when the text does not let one go back.
-bool goBack(std::streambuf& text, std::streampos start) {
-  return text.pubseekpos(start, std::ios_base::in) != std::streampos(std::streamoff(-1));
-}
-
 void readGroupNumber(std::istream& input) {
   uint8_t number = 0;
   if (extractByte(input >> std::dec, number)) return;
@@ -30,8 +25,6 @@ void readGroupNumber(std::istream& input) {
 AstPrefix::AstPrefix(std::string_view name, std::optional<uint8_t> id, int depth,
                      const std::initializer_list<std::shared_ptr<AstNode>>& children, uint8_t tag)
     : AstNode(name, depth), tag(tag), id(id), children(children) {}
-
-AstPrefix::~AstPrefix() = default;
 
 bool AstPrefix::parse(std::istream& input) {
   if (!readName(input)) return false;
@@ -49,7 +42,8 @@ bool AstPrefix::parseChildren(std::istream& input) {
     if (!child->canBeginWith(next)) continue;
     const std::streampos start = text.pubseekoff(0, std::ios_base::cur, std::ios_base::in);
     if (child->parse(input)) return true;
-    input.clear(goBack(text, start) ? std::ios_base::goodbit : std::ios_base::failbit);
+    const std::streamoff back = text.pubseekpos(start, std::ios_base::in);
+    input.clear(back < 0 ? std::ios_base::failbit : std::ios_base::goodbit);
   }
   return false;
 }
@@ -71,10 +65,7 @@ void AstPrefix::print(std::ostream& out) const {
 size_t AstPrefix::serialize(std::vector<uint8_t>& out, EndiannessConversion conversion) const {
   size_t count = 1;
   out.push_back(tag);
-  if (id.has_value()) {
-    ++count;
-    out.push_back(*id);
-  }
+  count += serializeId(id, out);
   count += serializeChildren(out, conversion);
   __android_log_print(ANDROID_LOG_INFO, nullptr, "AstPrefix::serialize() %s %s\n", name.c_str(),
                       std::to_string(count).c_str());

@@ -22,7 +22,6 @@ class AstPrefix : public AstNode {
   size_t serialize(std::vector<uint8_t>& out, EndiannessConversion conversion) const override;
   void toBuffer(EndiannessConversion conversion) override;
   bool validate(std::vector<std::string>& missing, std::vector<std::string> path) override;
-  ~AstPrefix() override;
 
  protected:
   // Lets each child in turn read from the stream's position; true as soon as one takes it. When

@@ -38,8 +38,6 @@ AstRoot::AstRoot(std::string_view name, std::optional<uint8_t> id, int depth,
                  const std::initializer_list<std::shared_ptr<AstNode>>& children, uint8_t tag)
     : AstPrefix(name, id, depth, children, tag) {}
 
-AstRoot::~AstRoot() = default;
-
 bool AstRoot::parse(std::istream& input) {
   LineReader lines(input);
   std::string copy;  // Of a line that is not read as it stands.

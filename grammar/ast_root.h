@@ -22,7 +22,6 @@ class AstRoot : public AstPrefix {
 
   // The root's name is not part of the names of missing parameters.
   bool validate(std::vector<std::string>& missing, std::vector<std::string> path) override;
-  ~AstRoot() override;
 
  private:
   // What the children read a line from.

@@ -15,15 +15,6 @@
 
 namespace {
 
-void extractFormatted(std::istream& input, uint8_t& value) {
-  extractByte(input, value);
-}
-
-template <typename T>
-void extractFormatted(std::istream& input, T& value) {
-  input >> value;
-}
-
 // Plain spellings are read directly, for speed. All others are the stream's to read or to refuse.
 template <typename T>
 void extract(std::istream& input, T& value) {
@@ -31,13 +22,20 @@ void extract(std::istream& input, T& value) {
   if (input.good()) plain = readPlainNumber(*input.rdbuf(), std::numeric_limits<T>::max());
   if (plain.has_value()) {
     value = static_cast<T>(*plain);
+  } else if constexpr (sizeof(T) == 1) {
+    extractByte(input, value);
   } else {
-    extractFormatted(input, value);
+    input >> value;
   }
 }
 
 void extract(std::istream& input, std::string& word) {
   input >> word;
+}
+
+[[noreturn]] void refuseValue() {
+  __android_log_print(ANDROID_LOG_ERROR, nullptr, "Unexpected_value\n");
+  throw std::invalid_argument("Unexpected value");
 }
 
 // Widened, since a stream would print an 8-bit number as a character.
@@ -55,18 +53,12 @@ template <typename T>
 AstValue<T>::AstValue(std::string_view name, int depth) : AstNode(name, depth) {}
 
 template <typename T>
-AstValue<T>::~AstValue() = default;
-
-template <typename T>
 bool AstValue<T>::parse(std::istream& input) {
   // With no base set, the prefix of the number decides.
   input.unsetf(std::ios_base::basefield);
   T read{};
   extract(input, read);
-  if (input.fail()) {
-    __android_log_print(ANDROID_LOG_ERROR, nullptr, "Unexpected_value\n");
-    throw std::invalid_argument("Unexpected value");
-  }
+  if (input.fail()) refuseValue();
   value = std::move(read);
   return true;
 }

@@ -7,9 +7,8 @@
 
 // The value of a parameter: a number of 8, 16 or 32 bits, or one word.
 //
-// Numbers are read as the language's streams read them: 0x or 0X introduces hexadecimal, a leading
-// 0 octal, anything else is decimal. What follows the value is never looked at; where a number ends
-// is the C++ library's to say, and libc++ takes more letters for a part of it than libstdc++ does.
+// Numbers are read as std::istream reads them: 0x or 0X means hexadecimal, a leading 0 octal. What
+// follows the value is ignored. libc++ takes more letters as part of a number than libstdc++ does.
 template <typename T>
 class AstValue : public AstNode {
  public:
@@ -22,7 +21,6 @@ class AstValue : public AstNode {
   void print(std::ostream& out) const override;
   // A text is written as to_bytes writes it: the bytes of the string object.
   size_t serialize(std::vector<uint8_t>& out, EndiannessConversion conversion) const override;
-  ~AstValue() override;
 
   // Empty until a line supplies the value.
   std::optional<T> value;

@@ -23,24 +23,20 @@ const char* lineBegin(const char* begin, const char* place) {
   return newline == nullptr ? begin : static_cast<const char*>(newline) + 1;
 }
 
-std::string_view between(const char* begin, const char* end) {
-  return {begin, static_cast<size_t>(end - begin)};
-}
-
 // True for two slashes with nothing but white space between them.
-bool holdsDoubleSlash(std::string_view text) {
-  for (size_t slash = text.find('/'); slash != text.npos; slash = text.find('/', slash + 1)) {
-    const std::string_view rest = text.substr(slash + 1);
-    const auto next = std::find_if_not(rest.begin(), rest.end(), isWhiteSpace);
-    if (next != rest.end() && *next == '/') return true;
+bool holdsDoubleSlash(const char* begin, const char* end) {
+  for (const char* slash = find('/', begin, end); slash != end;) {
+    const char* const next = std::find_if_not(slash + 1, end, isWhiteSpace);
+    if (next != end && *next == '/') return true;
+    slash = find('/', next, end);
   }
   return false;
 }
 
-// True when a comment mark, "//", "#" or ";", stands in `key`, the part of a line before its first
-// '='. White space does not part two slashes.
-bool holdsCommentMark(std::string_view key) {
-  return key.find('#') != key.npos || key.find(';') != key.npos || holdsDoubleSlash(key);
+// True when a comment mark, "//", "#" or ";", stands in the part of a line before its first '='.
+bool holdsCommentMark(const char* begin, const char* equal) {
+  return find('#', begin, equal) != equal || find(';', begin, equal) != equal ||
+         holdsDoubleSlash(begin, equal);
 }
 
 // The same for a comment that begins with its mark, as most do. A '=' follows.
@@ -55,10 +51,9 @@ LineReader::LineReader(std::istream& input) : input(input) {}
 bool LineReader::next(Line& line) {
   while (!input.good() || !findInArea(line)) {
     if (!readPartial()) return false;
-    const std::string_view text = partial;
-    const size_t equal = text.find('=');
-    if (equal == text.npos) continue;
-    line = {text, holdsCommentMark(text.substr(0, equal)), true};
+    const size_t equal = partial.find('=');
+    if (equal == partial.npos) continue;
+    line = {partial, holdsCommentMark(partial.data(), &partial[equal]), true};
     return true;
   }
   return true;
@@ -86,11 +81,11 @@ bool LineReader::findInArea(Line& line) {
   const bool whole = end != limit;
   GetArea::skip(text, static_cast<size_t>((whole ? end + 1 : begin) - area.data()));
   if (!whole) return false;
-  line.text = between(begin, end);
+  line.text = {begin, static_cast<size_t>(end - begin)};
   line.is_comment = beginsWithCommentMark(begin);
   if (line.is_comment) return true;
   line.may_hold_ccc = holdsMark(begin, end, limit);
-  line.is_comment = line.may_hold_ccc && holdsCommentMark(between(begin, equal));
+  line.is_comment = line.may_hold_ccc && holdsCommentMark(begin, equal);
   return true;
 }
 

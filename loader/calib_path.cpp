@@ -3,11 +3,7 @@
 
 #include <string_view>
 
-namespace {
-
 constexpr std::string_view kPlaceholder = "<country>";
-
-}  // namespace
 
 std::string::size_type CalibPath::findCountryCodeComponent(const std::string& path) {
   return path.find(kPlaceholder);

@@ -7,8 +7,6 @@
 
 #include "loader/text_file.h"
 
-CalibReader::~CalibReader() = default;
-
 std::optional<std::string> CalibReader::read(const std::string& path) {
   try {
     std::optional<std::string> text = readTextFile(path);

@@ -16,8 +16,6 @@ class ICalibReader {
 // Reads whole files of the file system. Logs why a file cannot be read.
 class CalibReader : public ICalibReader {
  public:
-  ~CalibReader() override;
-
   // A text ends where reading fails, so a directory has an empty one.
   std::optional<std::string> read(const std::string& path) override;
 };

@@ -6,7 +6,7 @@
 bool next_entry(std::string_view& rest, std::string& entry) {
   if (rest.empty()) return false;
   const size_t end = std::min(rest.find('\n'), rest.size());
-  entry = rest.substr(0, end);
+  entry.assign(rest.data(), end);
   rest.remove_prefix(std::min(end + 1, rest.size()));
   return true;
 }

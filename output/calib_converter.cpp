@@ -7,15 +7,6 @@
 
 namespace {
 
-constexpr uint16_t kCrcStart = 0x0001;
-
-// The CRC of everything but the CRC field itself.
-uint16_t blockCrc(const ccc_params& params) {
-  constexpr uint32_t kFirst = offsetof(ccc_params, version);
-  const auto* const bytes = reinterpret_cast<const uint8_t*>(&params);
-  return Crc16().crc(bytes + kFirst, sizeof(params) - kFirst, kCrcStart);
-}
-
 // Ports are counted from 1 in the block and from 0 in the files; 255 becomes 0.
 uint8_t blockPort(uint8_t port) {
   return static_cast<uint8_t>(port + 1);
@@ -46,7 +37,7 @@ ccc_params CalibConverter::convert(const ccc_calib& calib) {
   params.ch5_port = blockPort(calib.ch5.port);
   params.ch9_port = blockPort(calib.ch9.port);
   // Last: it covers everything above.
-  params.crc = converted(blockCrc(params), kMostSignificantByteFirst);
+  params.crc = computeCrc16(kMostSignificantByteFirst, params);
   return params;
 }
 
@@ -63,5 +54,8 @@ uint8_t CalibConverter::computeAntennaSelection(const uint8_t& gpio, const uint8
 }
 
 uint16_t CalibConverter::computeCrc16(EndiannessConversion conversion, const ccc_params& params) {
-  return converted(blockCrc(params), conversion);
+  constexpr uint16_t kStart = 0x0001;
+  constexpr uint32_t kFirst = offsetof(ccc_params, version);  // After the CRC itself.
+  const auto* const bytes = reinterpret_cast<const uint8_t*>(&params);
+  return converted(Crc16().crc(bytes + kFirst, sizeof(params) - kFirst, kStart), conversion);
 }

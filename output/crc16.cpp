@@ -12,8 +12,7 @@ constexpr uint16_t kPolynomial = 0x1021;
 constexpr uint16_t shiftedOut(uint8_t byte) {
   uint32_t crc = uint32_t{byte} << 8;
   for (int bit = 0; bit < 8; ++bit) {
-    const bool top = (crc & 0x8000) != 0;
-    crc = top ? crc << 1 ^ kPolynomial : crc << 1;
+    crc = (crc & 0x8000) != 0 ? crc << 1 ^ kPolynomial : crc << 1;
   }
   return static_cast<uint16_t>(crc);
 }

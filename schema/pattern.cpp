@@ -3,11 +3,7 @@
 
 #include "schema/tree.h"
 
-namespace {
-
 constexpr std::nullopt_t none = std::nullopt;
-
-}  // namespace
 
 // The order of the rows is the order of print, of serialize and of the report of missing
 // parameters. Depth is the indentation in print; ids and tags are the bytes that serialize writes.
