@@ -5,8 +5,8 @@
     python3 tests/model/compare.py --replay "$replay" --count 5000 --seed 1
 
 from the project's root. Result, bytes and the whole log of every load are compared. The first case
-that differs is printed whole and its trees are kept; `--case N` with the same seed runs that one
-alone.
+that differs is printed whole, with the command that runs it alone, and its trees are kept. The seed
+is 1 unless UWB_TEST_SEED or --seed gives another.
 """
 
 import argparse
@@ -75,12 +75,19 @@ class Comparison:
         case_folder = os.path.join(folder, str(case.number))
         kept_folder = os.path.join(kept, "case")
         shutil.copytree(case_folder, kept_folder, symlinks=True)
-        print(f"seed {self._seed}, case {case.number} differs; its trees are kept in {kept_folder}")
+        print(f"case {case.number} differs; its trees are kept in {kept_folder}; to run it alone:")
+        print(self._command_for(case))
         print("\n".join(case.listing()))
         print("\n".join(step.replace(case_folder, kept_folder) for step in steps))
         print("\n".join(difference(expected, found)))
         if trouble:
             print(trouble)
+
+    def _command_for(self, case):
+        return shlex.join(
+            [sys.executable, os.path.abspath(__file__), "--replay", shlex.join(self._program)]
+            + ["--stdlib", self._stdlib, "--seed", self._seed, "--case", str(case.number)]
+        )
 
 
 def fast_directory():
@@ -110,7 +117,7 @@ def main():
     )
     parser.add_argument("--replay", metavar="CMD", required=True, help="the replay program")
     parser.add_argument("--count", type=int, default=5000, help="number of cases")
-    parser.add_argument("--seed", default="1")
+    parser.add_argument("--seed", default=os.environ.get("UWB_TEST_SEED", "1"))
     parser.add_argument("--case", type=int, help="only this case")
     parser.add_argument("--stdlib", choices=("libstdc++", "libc++"), default="libstdc++")
     options = parser.parse_args()
@@ -119,7 +126,7 @@ def main():
     numbers = range(options.count) if options.case is None else [options.case]
     comparison.run(numbers)
     print(
-        f"{comparison.cases} trees and {comparison.second_trees} to change to,"
+        f"seed {options.seed}: {comparison.cases} trees and {comparison.second_trees} to change to,"
         f" {comparison.valid} valid, {comparison.loads} loads"
     )
     print(f"{comparison.cases - comparison.failed} passed, {comparison.failed} failed")
