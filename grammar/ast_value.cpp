@@ -15,7 +15,7 @@
 
 namespace {
 
-// Plain spellings are read directly, for speed. All others are the stream's to read or to refuse.
+// Plain spellings are read directly, for speed. All others are read, or refused, by the stream.
 template <typename T>
 void extract(std::istream& input, T& value) {
   std::optional<uint32_t> plain;
@@ -38,7 +38,7 @@ void extract(std::istream& input, std::string& word) {
   throw std::invalid_argument("Unexpected value");
 }
 
-// Widened, since a stream would print an 8-bit number as a character.
+// 32 bits wide: a stream prints an 8-bit number as a character.
 void printValue(std::ostream& out, uint32_t number) {
   out << std::dec << number << " (0x" << std::hex << number << ")";
 }

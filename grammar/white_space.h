@@ -2,7 +2,7 @@
 #pragma once
 
 // White space is the blank and the control characters from tab to carriage return, in any locale.
-// A function object rather than a function: it melts into the loops that are given it.
+// A lambda, so that algorithms inline it.
 inline constexpr auto isWhiteSpace = [](char c) {
   return c <= ' ' && (c == ' ' || (c >= '\t' && c <= '\r'));
 };

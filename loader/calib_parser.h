@@ -14,7 +14,7 @@ class CalibParser {
   // Both are borrowed and must outlive the parser. `country_code` is empty when none is set.
   CalibParser(ICalibReader& reader, const std::string& country_code);
 
-  // The whole line is the path, blanks and all. With a placeholder in it, the country's file is
+  // The whole line is the path, blanks included. With a placeholder in it, the country's file is
   // read, or the "default" one when the country has none.
   std::optional<calibration> parsePathFileEntry(const std::string& entry);
 

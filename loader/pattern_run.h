@@ -6,9 +6,9 @@
 #include "grammar/ast_root.h"
 #include "loader/calibration.h"
 
-// Runs every text through one tree, in order, so that a later file wins over an earlier one. A file
-// that fails is logged and left; what it set before stays. True when at least one file was read to
-// its end.
+// Parses every text with one tree, in order, so that a later file wins over an earlier one. A file
+// that fails is logged; what it set before its error stays. True when at least one file did not
+// fail.
 bool parse_pattern(AstRoot& tree, const std::vector<calibration>& calibrations);
 
 // True when no parameter lacks a value; otherwise the log names each one that does.

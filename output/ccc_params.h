@@ -7,8 +7,8 @@
 // The calibration block as the controller reads it: 82 bytes without padding, every 16- and 32-bit
 // field most significant byte first, every reserved byte zero.
 //
-// The delay, power and pulse values of channel 9 lie before those of channel 5; the selector codes
-// and ports lie the other way round. Some fields lie at odd offsets: never bind a reference to one.
+// The delay, power and pulse values of channel 9 come before those of channel 5; for the selector
+// codes and ports it is the other way round. Never bind a reference to a field: some are unaligned.
 struct __attribute__((packed)) ccc_params {
   uint16_t crc;                   //  0: CRC-16 of offsets 2 to 81.
   uint16_t version;               //  2: Version of the calibration data.

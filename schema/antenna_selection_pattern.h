@@ -8,7 +8,7 @@
 #include "schema/antenna_selection.h"
 
 // The schema of the two keys that name the antennas: `ch5.antenna_selection` and
-// `ch9.antenna_selection`. Every other line of a calibration text is skipped.
+// `ch9.antenna_selection`. Every other line of a calibration text is ignored.
 //
 // All instances share one record of the two names, so no two conversions may run at once.
 class AntennaSelectionPattern : public AstRoot {
@@ -22,7 +22,7 @@ class AntennaSelectionPattern : public AstRoot {
                                                             T* target);
 
   // Copies the names that were read into the shared record and returns a copy of the record. A name
-  // that was not read stays what the last conversion made it: ask `validate` first.
+  // that was not read keeps the value of the last conversion: call `validate` first.
   antenna_selection toAntennaSelection(EndiannessConversion conversion);
 
  private:

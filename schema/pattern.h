@@ -15,14 +15,14 @@ class Pattern : public AstRoot {
   explicit Pattern(antenna_selection const& selection);
   ~Pattern() override;
 
-  // The subtree of the antenna that serves `channelName`, bound to `target`. The antenna's wiring
-  // is asked for unless `otherAntennaName` is the same antenna, which has it already.
+  // The subtree of the antenna that serves `channelName`, bound to `target`. Omits the wiring keys
+  // if both antenna names are equal.
   static std::shared_ptr<AstPrefix> buildAntParams(std::string const& antennaName,
                                                    std::string const& channelName,
                                                    antenna_calib* target,
                                                    std::string const& otherAntennaName);
 
-  // The subtree of what an antenna does on `channelName`, bound to `target`.
+  // The subtree of an antenna's values on `channelName`, bound to `target`.
   static std::shared_ptr<AstPrefix> buildAntChanParams(std::string const& channelName,
                                                        antenna_calib* target);
 
