@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "loader/calib_reader.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -14,9 +13,6 @@
 
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 class CalibReaderTest : public testing::Test {
  protected:
   void SetUp() override { takeLog(); }
@@ -24,7 +20,7 @@ class CalibReaderTest : public testing::Test {
   void expectWhole(const std::string& text) {
     tree.write("file", text);
     EXPECT_EQ(reader.read("file"), text);
-    EXPECT_THAT(takeLog(), IsEmpty());
+    EXPECT_LOG();
   }
 
   TemporaryTree tree;
@@ -72,25 +68,25 @@ TEST_F(CalibReaderTest, EveryCallReadsAfresh) {
 
 TEST_F(CalibReaderTest, UnopenableFileIsLogged) {
   EXPECT_EQ(reader.read("missing"), std::nullopt);
-  EXPECT_THAT(takeLog(), ElementsAre(error("Unable to open file missing")));
+  EXPECT_LOG(error("Unable to open file missing"));
   EXPECT_EQ(reader.read(""), std::nullopt);
-  EXPECT_THAT(takeLog(), ElementsAre(error("Unable to open file ")));
+  EXPECT_LOG(error("Unable to open file "));
   tree.write("file", "text");
   EXPECT_EQ(reader.read("file/below"), std::nullopt);
-  EXPECT_THAT(takeLog(), ElementsAre(error("Unable to open file file/below")));
+  EXPECT_LOG(error("Unable to open file file/below"));
   EXPECT_EQ(reader.read("file\r"), std::nullopt);
-  EXPECT_THAT(takeLog(), ElementsAre(error("Unable to open file file\r")));
+  EXPECT_LOG(error("Unable to open file file\r"));
 }
 
 TEST_F(CalibReaderTest, PercentSignsOfAPathAreLoggedAsTheyStand) {
   EXPECT_EQ(reader.read("100%s%n"), std::nullopt);
-  EXPECT_THAT(takeLog(), ElementsAre(error("Unable to open file 100%s%n")));
+  EXPECT_LOG(error("Unable to open file 100%s%n"));
 }
 
 TEST_F(CalibReaderTest, DirectoryHasAnEmptyText) {
   tree.makeDirectory("directory");
   EXPECT_EQ(reader.read("directory"), "");
-  EXPECT_THAT(takeLog(), IsEmpty());
+  EXPECT_LOG();
 }
 
 TEST_F(CalibReaderTest, ExceptionWhileReadingIsLogged) {
@@ -108,8 +104,7 @@ TEST_F(CalibReaderTest, ExceptionWhileReadingIsLogged) {
     EXPECT_TRUE(FailingAllocation::reached());
   }
   EXPECT_EQ(read, std::nullopt);
-  EXPECT_THAT(takeLog(),
-              ElementsAre(error("Failed to parse calib from 100%s, reason: no memory left")));
+  EXPECT_LOG(error("Failed to parse calib from 100%s, reason: no memory left"));
   EXPECT_EQ(reader.read("100%s"), text);
 }
 
