@@ -564,16 +564,52 @@ class Diff(CommandTest):
         self.assertEqual(result.stdout, (GOLDEN / "diff.text").read_bytes())
         self.fails(run("diff", "-", "-"), "only one of the two can be the standard input")
 
-    def test_two_trees(self):
+    def change(self, tree, path, old, new):
+        """Replaces a text in a file of a copy of the example tree."""
+        if not tree.exists():
+            shutil.copytree(EXAMPLES, tree)
+        file = tree / "vendor/etc/uwb" / path
+        self.assertIn(old, file.read_text())
+        file.write_text(file.read_text().replace(old, new))
+
+    def test_one_country_of_two_trees(self):
+        tree = self.folder / "tree"
+        self.change(tree, "common.conf", "version=2", "version = 2\nversion=2")
+        self.assertEqual(run("diff", "--country", "US", EXAMPLES, tree).returncode, 0)
+        self.change(tree, "common.conf", "edge.port=1", "edge.port=3")
+        result = run("diff", "--country", "US", EXAMPLES, "tree", cwd=self.folder)
+        self.assertEqual((result.returncode, result.stderr), (1, b""))
+        self.golden("diff.trees.country", result.stdout)
+
+    def test_all_countries_of_two_trees(self):
         tree = self.folder / "tree"
         shutil.copytree(EXAMPLES, tree)
-        self.assertEqual(run("diff", "--country", "US", EXAMPLES, tree).returncode, 0)
-        common = tree / "vendor/etc/uwb/common.conf"
-        common.write_text(common.read_text().replace("edge.port=1", "edge.port=3"))
-        result = run("diff", "--country", "US", EXAMPLES, "tree", cwd=self.folder)
-        self.assertEqual(result.returncode, 1)
-        self.assertIn(b"ch9_port, offset 38\n- 02 = 2, port 1\n+ 04 = 4, port 3\n",
-                      result.stdout)
+        result = run("diff", EXAMPLES, tree)
+        self.assertEqual((result.returncode, result.stdout, result.stderr), (0, b"", b""))
+        self.change(tree, "common.conf", "edge.port=1", "edge.port=3")
+        self.change(tree, "de/calib.conf", "wifi_coex_time_gap=20", "wifi_coex_time_gap=21")
+        self.change(tree, "us/calib.conf", "edge.ch9.prf64.tx_power", "edge.ch9.prf64.power")
+        (tree / "vendor/etc/uwb/fr").mkdir()
+        (tree / "vendor/etc/uwb/fr/calib.conf").write_text(
+            (EXAMPLES / "vendor/etc/uwb/default/calib.conf").read_text() + "ap_coop_mode=2\n")
+        for form in ("text", "json"):
+            result = run("diff", "--format", form, EXAMPLES, "tree", cwd=self.folder)
+            self.assertEqual((result.returncode, result.stderr), (1, b""))
+            self.golden(f"diff.trees.{form}", result.stdout)
+        result = run("diff", "--countries", "de,none", EXAMPLES, "tree", cwd=self.folder)
+        self.golden("diff.trees.countries", result.stdout)
+
+    def test_loads_without_a_block_in_both_trees_are_named(self):
+        tree = self.folder / "tree"
+        self.change(tree, "de/calib.conf", "edge.ch9.prf64.tx_power", "edge.ch9.prf64.power")
+        result = run("diff", tree, tree)
+        self.assertEqual((result.returncode, result.stdout), (0, b""))
+        self.assertEqual(result.stderr, b"tarnix-uwb-params: no block on either side: de\n")
+        self.assertEqual(run("diff", "-q", tree, tree).stderr, b"")
+        result = run("diff", "-q", "--country", "DE", tree, tree)
+        self.assertEqual((result.returncode, result.stdout), (1, b""))
+        self.assertEqual(result.stderr.decode(),
+                         f"tarnix-uwb-params: no valid calibration in {tree} and {tree}\n")
 
     def test_a_tree_and_a_block(self):
         self.assertEqual(run("diff", "--country", "DE", EXAMPLES, self.b).returncode, 0)
@@ -587,8 +623,13 @@ class Diff(CommandTest):
     def test_a_tree_without_a_calibration_is_status_1(self):
         (self.folder / "empty").mkdir()
         result = run("diff", "empty", self.a, cwd=self.folder)
+        self.assertEqual((result.returncode, result.stderr), (1, b""))
+        self.assertEqual(result.stdout, b"block\n- none: no path file names a calibration file that "
+                                        b"can be read\n+ block\n")
+        result = run("diff", "-q", "empty", "empty", cwd=self.folder)
         self.assertEqual((result.returncode, result.stdout), (1, b""))
-        self.assertEqual(result.stderr, b"tarnix-uwb-params: no valid calibration in empty\n")
+        self.assertEqual(result.stderr,
+                         b"tarnix-uwb-params: no valid calibration in empty and empty\n")
 
     def test_what_is_no_block_is_status_2(self):
         self.fails(run("diff", self.a, "/no/such"), "cannot open /no/such: No such file or directory")

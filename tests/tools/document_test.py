@@ -65,7 +65,7 @@ class Documents(CommandTest):
                               ("lint", "lint.json"), ("explain", "explain.json"),
                               ("explain", "explain.tried.json"),
                               ("explain", "explain.device_log.json"),
-                              ("matrix", "matrix.json"), ("diff", "diff.json")):
+                              ("matrix", "matrix.json"), ("diff", "diff.json"), ("diff", "diff.trees.json")):
             members = set(re.findall(r'"(\w+)": ', (GOLDEN / name).read_text()))
             self.assertEqual(members - {"format_version"} - set(re.findall(r"`(\w+)`", rows[command])),
                              set(), command)

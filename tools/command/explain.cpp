@@ -8,7 +8,6 @@
 #include "tools/command/tree.h"
 #include "tools/text/nearest.h"
 #include "tools/trace/countries.h"
-#include "tools/trace/load_trace.h"
 
 namespace {
 
@@ -31,12 +30,6 @@ bool isFailing(const TracedLine& line) {
 // Lines that name a parameter, after an error in their file.
 bool isLost(const TracedLine& line) {
   return line.lost;
-}
-
-JsonValue lineJson(const LoadTrace& trace, const LineRef& ref) {
-  return JsonMembers{{"path", trace.files[ref.file]->path},
-                     {"line", trace.at(ref).number},
-                     {"text", trace.at(ref).text}};
 }
 
 class Explanation {

@@ -4,28 +4,13 @@
 #include "tools/block/difference.h"
 #include "tools/block/view.h"
 #include "tools/command/tree.h"
-#include "tools/device/device_library.h"
-#include "tools/device/library_log.h"
 #include "tools/trace/countries.h"
-#include "tools/trace/load_trace.h"
 
 namespace {
 
-struct Row {
+struct Row : TreeLoad {
   std::string title;
-  LoadTrace trace;
-  Bytes block;  // As the shared library writes it; empty without a valid calibration.
 };
-
-Row rowFor(const std::string& country, const Options& options, const DeviceLibrary& library,
-           LoadTracer& tracer) {
-  setDeviceProperties(country, options.path_file);
-  Row row{countryName(country), {}, library.load(kBlockSize)};
-  const LogCapture log;  // The load above has logged everything already.
-  row.trace = tracer.trace(country);
-  if (row.trace.unknown) row.block.clear();
-  return row;
-}
 
 std::vector<Row> rowsOf(const Options& options) {
   const DeviceLibrary library(options.library);
@@ -33,7 +18,7 @@ std::vector<Row> rowsOf(const Options& options) {
   LoadTracer tracer;
   std::vector<Row> rows;
   for (const std::string& country : countriesToLoad(options.countries)) {
-    rows.push_back(rowFor(country, options, library, tracer));
+    rows.push_back({loadTree(country, options, library, tracer), countryName(country)});
   }
   return rows;
 }
@@ -73,13 +58,8 @@ std::string resultText(const Row& row) {
   return row.block.empty() ? "none" : "block";
 }
 
-std::string problemText(const LoadTrace& trace) {
-  if (trace.missing.empty()) return trace.problem;
-  return trace.problem + ": " + printable(joined(trace.missing, ", "));
-}
-
 std::string differenceText(const Row& row, const std::vector<Row>& rows) {
-  if (row.block.empty()) return problemText(row.trace);
+  if (row.block.empty()) return problemOf(row.trace);
   if (usualBlock(rows).empty()) return "the default has no block";
   const std::vector<std::string> names = differencesFromDefault(row, rows);
   return names.empty() ? "as the default" : joined(names, ", ");

@@ -26,7 +26,7 @@ constexpr Option kOptions[] = {
      "Report this rule's findings as errors; may be repeated"},
     {"ignore",    0,   Value::RulePath, &Options::ignored_rules, kLint,
      "Leave out this rule's findings, or those about one file; may be repeated"},
-    {"countries", 0,   Value::Text,   &Options::countries,     kLint | kMatrix,
+    {"countries", 0,   Value::Text,   &Options::countries,     kLint | kMatrix | kDiff,
      "Exactly these loads: codes, 'other', 'none', with commas between"},
     {"fail-on",   0,   Value::Severity, &Options::fail_on,     kLint,
      "The least severe finding that makes the exit status 1: error, warning or note"},
@@ -82,8 +82,9 @@ constexpr Subcommand kSubcommands[] = {
      "text,json", "", "  tarnix-uwb-params matrix --root out/target"},
     {"diff", kDiff, diff, "Compare two blocks or two trees, field by field", "text,json", "A,B",
      "  tarnix-uwb-params diff old.bin new.bin\n"
-     "  tarnix-uwb-params diff --country US out/old out/new\n"
-     "A folder is a target's file tree; anything else is a block; - is the standard input."},
+     "  tarnix-uwb-params diff out/old out/new\n"
+     "A folder is a target's file tree; anything else is a block; - is the standard input. All\n"
+     "countries of two trees are compared, any other country and no country code."},
 };
 
 constexpr char kExitStatus[] =

@@ -2,7 +2,10 @@
 #pragma once
 
 #include "tools/command/command.h"
+#include "tools/device/device_library.h"
 #include "tools/device/open_redirect.h"
+#include "tools/text/json.h"
+#include "tools/trace/load_trace.h"
 
 // What the loads of a subcommand depend on: as long as it lives, they read the files of the tree
 // below `root`, and the properties are those of the options.
@@ -18,3 +21,19 @@ class Tree {
   const TargetRoot root_;
   const OpenRedirect redirect_;
 };
+
+// One load of a tree.
+struct TreeLoad {
+  Bytes block;  // As the shared library writes it; empty without a valid calibration.
+  LoadTrace trace;
+};
+
+// Loads the Tree that exists, with this country code.
+TreeLoad loadTree(const std::string& country, const Options& options, const DeviceLibrary& library,
+                  LoadTracer& tracer);
+
+// Why the load has no block, with the keys that are missing.
+std::string problemOf(const LoadTrace& trace);
+
+// {path, line, text}
+JsonValue lineJson(const LoadTrace& trace, const LineRef& ref);
