@@ -2,6 +2,7 @@
 #include "tests/kit/allocations.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstdlib>
 
 namespace {
@@ -21,6 +22,8 @@ size_t peak_bytes = 0;
 
 void* operator new(size_t size) {
   if (++count == failing) throw OutOfMemory();
+  // A sanitizer's malloc ends the program for what no system has.
+  if (size > SIZE_MAX / 4) throw std::bad_alloc();
   void* const memory = std::malloc(sizeof(Header) + size);
   if (memory == nullptr) throw std::bad_alloc();
   ++live;

@@ -104,7 +104,7 @@ TEST_F(TextFile, ALargeTextIsHeldOnce) {
   constexpr size_t kSize = 1000000;
   tree.write("file", textOfSize(kSize));
   told_size = kSize;
-  EXPECT_EQ(readTextFile("file")->capacity(), kSize);
+  EXPECT_LT(readTextFile("file")->capacity(), kSize + 16);  // libc++ rounds up.
 }
 
 TEST_F(TextFile, AWrongSizeRefusesNoFile) {
