@@ -11,7 +11,6 @@
 #include "loader/calib_loading.h"
 #include "output/calib_converter.h"
 #include "tools/block/crc_check.h"
-#include "tools/block/difference.h"
 #include "tools/block/reader.h"
 #include "tools/block/view.h"
 #include "tools/device/library_log.h"

@@ -480,6 +480,18 @@ class DeviceLog(CommandTest):
         self.assertEqual(result.returncode, 1)
         self.golden("explain.device_log.path_file", result.stdout)
 
+    def test_a_property_that_names_a_default_path_file(self):
+        """The log shows the file twice: it is tried again as a default."""
+        path = "/vendor/etc/uwb_calib_paths.conf"
+        (self.folder / path[1:]).write_text("/missing.conf\n")
+        self.log = self.log_of("--path-file", path)
+        result = self.explain(self.logcat("brief"), "--format", "json")
+        self.assertEqual(json.loads(result.stdout)["path_file"], path)
+        self.assertNotIn("difference", json.loads(result.stdout))
+        self.log = self.log_of()
+        result = self.explain(self.logcat("brief"), "--format", "json")
+        self.assertEqual(json.loads(result.stdout)["path_file"], "")
+
     def test_a_failing_conversion_names_the_line_of_the_wiring(self):
         (self.folder / "vendor/etc/uwb/us/calib.conf").write_text(
             "patch.selector_gpio=8\npatch.ch5.prf64.tx_power=1\nedge.ch9.prf64.tx_power=1\n")

@@ -124,6 +124,14 @@ TEST(Facts, SelectorsAreAllThatTheConverterTakes) {
   EXPECT_EQ(known, taken);
 }
 
+TEST(Facts, OnlyNumbersOfSelectorsAreLinesAndLevels) {
+  for (unsigned number = 0; number <= 0x10000; ++number) {
+    EXPECT_EQ(hasSelector(Role::SelectorLine, number), number == 6 || number == 7) << number;
+    EXPECT_EQ(hasSelector(Role::SelectorLevel, number), number <= 1) << number;
+    EXPECT_TRUE(hasSelector(Role::Number, number) && hasSelector(Role::Port, number)) << number;
+  }
+}
+
 TEST(Facts, OnlyTheseCodesHaveASelector) {
   for (unsigned code = 0; code <= 0xFF; ++code) {
     const Selector* const selector = selectorOf(static_cast<uint8_t>(code));

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <gtest/gtest.h>
 
+#include "tools/device/library_log.h"
 #include "tools/text/json.h"
+#include "tools/text/nearest.h"
 #include "tools/text/text.h"
 
 namespace {
@@ -23,6 +25,32 @@ TEST(Text, PrintableKeepsTextAndEscapesTheRest) {
 TEST(Text, WidthCountsCharacters) {
   EXPECT_EQ(widthOf("caf\xC3\xA9"), 4U);
   EXPECT_EQ(padded("caf\xC3\xA9", 6), "caf\xC3\xA9  ");
+}
+
+TEST(Nearest, AllowsTwoDifferencesInAShortWord) {
+  EXPECT_EQ(nearestOf("lnt", {"build", "lint", "diff"}), "lint");
+  EXPECT_EQ(nearestOf("fmt", {"format"}), "");
+  EXPECT_EQ(nearestOf("frmt", {"format"}), "format");
+  EXPECT_EQ(nearestOf("", {}), "");
+}
+
+TEST(Nearest, AllowsAQuarterOfALongWordButSixAtMost) {
+  const std::string word(16, 'a');
+  EXPECT_EQ(nearestOf(word, {std::string(12, 'a') + "bbbb"}), std::string(12, 'a') + "bbbb");
+  EXPECT_EQ(nearestOf(word, {std::string(11, 'a') + "bbbbb"}), "");
+  const std::string longer(40, 'a');
+  EXPECT_EQ(nearestOf(longer, {std::string(46, 'a')}), std::string(46, 'a'));
+  EXPECT_EQ(nearestOf(longer, {std::string(47, 'a')}), "");
+}
+
+TEST(Nearest, PrefersTheNearestAndThenTheFirst) {
+  EXPECT_EQ(nearestOf("ch5", {"ch99", "ch9", "ch4"}), "ch9");
+}
+
+TEST(LibraryLog, AnInnerCaptureHidesAnOuterOne) {
+  const LogCapture outer;
+  EXPECT_EQ(libraryVersion(), "v1.2-RC1");
+  EXPECT_TRUE(outer.lines().empty());
 }
 
 // The document without the version.

@@ -1,6 +1,4 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "tools/command/device_log_report.h"
-
 #include <algorithm>
 #include <stdexcept>
 

@@ -5,7 +5,6 @@
 #include <set>
 #include <stdexcept>
 
-#include "tools/block/difference.h"
 #include "tools/block/reader.h"
 #include "tools/block/view.h"
 #include "tools/command/tree.h"
@@ -41,6 +40,7 @@ std::vector<TreeLoad> loadsOf(const std::string& operand, const std::vector<std:
   const Tree tree(operand, options, OpenRedirect::Opens::NoSpecialFiles);
   LoadTracer tracer;
   std::vector<TreeLoad> loads;
+  loads.reserve(countries.size());
   for (const std::string& country : countries) {
     loads.push_back(loadTree(country, options, library, tracer));
   }

@@ -4,7 +4,6 @@
 #include <stdexcept>
 
 #include "tools/block/view.h"
-#include "tools/command/device_log_report.h"
 #include "tools/command/tree.h"
 #include "tools/text/nearest.h"
 #include "tools/trace/countries.h"
@@ -207,6 +206,7 @@ class Explanation {
 
   JsonValue linesJson(const std::vector<LineRef>& lines) const {
     std::vector<JsonValue> json;
+    json.reserve(lines.size());
     for (const LineRef& ref : lines) json.push_back(lineJson(trace_, ref));
     return json;
   }

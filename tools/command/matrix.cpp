@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <algorithm>
 
-#include "tools/block/difference.h"
 #include "tools/block/view.h"
 #include "tools/command/tree.h"
 #include "tools/trace/countries.h"
