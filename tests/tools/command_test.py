@@ -492,6 +492,15 @@ class DeviceLog(CommandTest):
         result = self.explain(self.logcat("brief"), "--format", "json")
         self.assertEqual(json.loads(result.stdout)["path_file"], "")
 
+    def test_carriage_returns_in_a_path_file(self):
+        path_file = self.folder / "vendor/etc/uwb_calib_paths.conf"
+        path_file.write_text(path_file.read_text().replace("\n", "\r\n"))
+        self.log = self.log_of("--country", "US")
+        shown = self.explain("\n".join(self.log)).stdout
+        self.golden("explain.device_log.returns", shown)
+        self.log = [line.replace("\\x0d", "\r") for line in self.log]
+        self.assertEqual(self.explain("\n".join(self.log)).stdout, shown)
+
     def test_a_failing_conversion_names_the_line_of_the_wiring(self):
         (self.folder / "vendor/etc/uwb/us/calib.conf").write_text(
             "patch.selector_gpio=8\npatch.ch5.prf64.tx_power=1\nedge.ch9.prf64.tx_power=1\n")

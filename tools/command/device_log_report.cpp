@@ -42,7 +42,8 @@ struct Report {
 };
 
 // Whether the message names the path, not only a longer one.
-bool namesPath(const std::string& message, const std::string& path) {
+bool namesPath(const std::string& message, const std::string& whole_path) {
+  const std::string path = comparable(whole_path);
   const size_t at = message.find(path);
   if (path.empty() || at == message.npos) return false;
   const size_t end = at + path.size();
@@ -106,14 +107,13 @@ class Causes {
   std::vector<Cause> causes_;
 };
 
-// What the load logs in the tree, without blanks at the end of lines, which a log may lack, and
-// without debug lines if the log has none.
+// What the load logs in the tree; without debug lines if the log has none.
 std::vector<LogLine> expectedLines(const LoggedLoad& load) {
   const LogCapture log;
   uint8_t buffer[kBlockSize];
   load_uwb_params_from_files(buffer, sizeof(buffer));
   std::vector<LogLine> lines = log.lines();
-  for (LogLine& line : lines) line.text.erase(line.text.find_last_not_of(' ') + 1);
+  for (LogLine& line : lines) line.text = comparable(line.text);
   const auto is_debug = [](const LogLine& line) { return line.priority == 'D'; };
   const bool shows_debug =
       std::any_of(load.lines.begin(), load.lines.end(), [&](const DeviceLogLine& line) {

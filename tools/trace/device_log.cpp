@@ -8,6 +8,7 @@
 #include "include/tarnix_uwb_params_nfcc.h"
 #include "loader/lib.h"
 #include "tools/device/device_library.h"
+#include "tools/text/text.h"
 #include "tools/trace/load_trace.h"
 
 namespace {
@@ -71,17 +72,12 @@ class Prefix {
   size_t priority_ = std::string::npos;
 };
 
-std::string withoutEnd(std::string line) {
-  line.erase(line.find_last_not_of(" \r") + 1);
-  return line;
-}
-
 // The lines of the log. In logcat's long format a header precedes each message: both in one line.
 std::vector<std::string> messageLinesOf(const std::string& log) {
   std::vector<std::string> lines;
   std::string header;
   for (const std::string& text : linesOf(log)) {
-    const std::string line = withoutEnd(text);
+    const std::string line = comparable(text);
     const bool is_header = line.substr(0, 2) == "[ " && line.back() == ']';
     lines.push_back(is_header || line.empty() ? "" : header + line);
     if (is_header) header = line + " ";
@@ -126,4 +122,13 @@ LoggedLoad lastLoadIn(const std::string& log) {
   }
   load.path_file = propertyOf(path_files);
   return load;
+}
+
+std::string comparable(const std::string& text) {
+  const std::string escaped_return = "\\x0d";
+  std::string line = printable(text);
+  line.erase(line.find_last_not_of(' ') + 1);
+  const size_t end = line.rfind(escaped_return);
+  const bool at_end = end != line.npos && end + escaped_return.size() == line.size();
+  return at_end ? comparable(line.substr(0, end)) : line;
 }

@@ -23,3 +23,7 @@ struct LoggedLoad {
 // may be between, except in the raw format, which does not tell them apart. Changes the properties
 // and loads, to learn how messages begin. Throws std::runtime_error when there is no load.
 LoggedLoad lastLoadIn(const std::string& log);
+
+// The text as a terminal shows it, without blanks and carriage returns at its end: in a log those
+// may be missing, or be line ends. What build shows is escaped already.
+std::string comparable(const std::string& text);
