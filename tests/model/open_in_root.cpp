@@ -52,7 +52,8 @@ bool isDirectory(int root, const std::string& path) {
 // A path from the root, some of whose parts are known to be no links.
 class Walk {
  public:
-  Walk(int root, const std::string& path) : root_(root), ahead_(partsOf(path)) {}
+  Walk(int root, const std::string& path, Leaving leaving)
+      : root_(root), leaving_(leaving), ahead_(partsOf(path)) {}
 
   // Takes the next part; false, and the reason in errno, when there is no way on.
   bool step() {
@@ -61,7 +62,8 @@ class Walk {
     if (part.empty()) return true;
     if (!isDirectory(root_, joined(names_))) return false;
     if (part == "..") {
-      if (!names_.empty()) names_.pop_back();
+      if (names_.empty()) return leave();
+      names_.pop_back();
     } else if (part != ".") {
       names_.push_back(part);
       return followLink();
@@ -73,6 +75,12 @@ class Walk {
   std::string path() const { return joined(names_); }
 
  private:
+  // From the root there is no way up.
+  bool leave() const {
+    errno = EXDEV;
+    return leaving_ == Leaving::StaysInside;
+  }
+
   bool followLink() {
     const std::string target = linkAt(root_, joined(names_));
     if (target.empty()) return true;
@@ -81,7 +89,10 @@ class Walk {
       errno = ELOOP;
       return false;
     }
-    if (target[0] == '/') names_.clear();
+    if (target[0] == '/') {
+      if (!leave()) return false;
+      names_.clear();
+    }
     if (target[0] != '/') names_.pop_back();
     const Parts parts = partsOf(target);
     ahead_.insert(ahead_.begin(), parts.begin(), parts.end());
@@ -89,6 +100,7 @@ class Walk {
   }
 
   const int root_;
+  const Leaving leaving_;
   Parts ahead_;
   std::vector<std::string> names_;
   int links_ = 0;
@@ -96,12 +108,12 @@ class Walk {
 
 }  // namespace
 
-int openInRoot(int root, const char* path, int flags) {
+int openInRoot(int root, const char* path, int flags, Leaving leaving) {
   if (*path == '\0') {
     errno = ENOENT;
     return -1;
   }
-  Walk walk(root, path);
+  Walk walk(root, path, leaving);
   while (!walk.ended()) {
     if (!walk.step()) return -1;
   }

@@ -185,6 +185,234 @@ class Formats(CommandTest):
             self.assertIsInstance(region["snippet"]["text"], str)
 
 
+class Trees(CommandTest):
+    """Trees with one mistake, as they come up, and all that lint says of them."""
+
+    POWERS = "patch.ch5.prf64.tx_power=1\nedge.ch9.prf64.tx_power=1\n"
+
+    def setUp(self):
+        super().setUp()
+        shutil.copytree(LINT / "base", self.folder / "tree")
+        self.etc = self.folder / "tree/vendor/etc"
+        self.uwb = self.etc / "uwb"
+
+    def write(self, name, text=POWERS):
+        path = self.uwb / name
+        path.parent.mkdir(exist_ok=True, parents=True)
+        path.write_bytes(text.encode())
+
+    def edit(self, path, old, new):
+        text = path.read_bytes().decode()
+        self.assertIn(old, text)
+        path.write_bytes(text.replace(old, new).encode())
+
+    def lint(self, *options, status=1):
+        result = run("lint", "--root", "tree", *options, cwd=self.folder)
+        self.assertEqual(result.returncode, status, result)
+        return result.stdout + result.stderr
+
+    def is_golden(self, name, *options, status=1):
+        self.golden(f"trees/{name}", self.lint(*options, status=status))
+
+    def forty_countries(self, text=POWERS):
+        for code in ("at be bg ca ch cy cz dk ee es fi fr gb gr hr hu ie il in is it jp kr li lt lu "
+                     "lv mt mx nl no nz pl pt ro se si sk us").split():
+            self.write(f"{code}/calib.conf", text)
+
+    def test_forty_countries_without_a_mistake(self):
+        self.forty_countries()
+        result = run("lint", "--root", "tree", cwd=self.folder)
+        self.assertEqual((result.returncode, result.stdout), (0, b""))
+        self.assertEqual(result.stderr, b"tarnix-uwb-params: 42 loads (40 countries, any other "
+                                        b"country, no country code): each gives a block; nothing "
+                                        b"found\n")
+        self.assertEqual(run("lint", "-q", "--root", "tree", cwd=self.folder).stderr, b"")
+
+    def test_values_that_countries_override(self):
+        self.forty_countries(self.POWERS + "ap_coop_mode=2\nwifi_coex_time_gap=20\n")
+        self.assertIn(b": each gives a block; nothing found\n", self.lint(status=0))
+
+    def test_one_cause_in_forty_countries(self):
+        self.forty_countries()
+        self.edit(self.uwb / "common.conf", "temperature_", "xtal_trim=444\ntemperature_")
+        self.edit(self.etc / "uwb_calib_paths.conf", "/vendor/etc/uwb/more.conf\n", "")
+        self.is_golden("one_cause")
+
+    def test_default_is_missing_or_broken(self):
+        self.write("default/calib.conf", "edge.ch9.prf64.tx_power=1\npatch.ch5.prf64.tx_power=x\n")
+        self.is_golden("default_broken")
+        (self.uwb / "default/calib.conf").unlink()
+        self.is_golden("default_missing")
+        self.assertIn(b"2 loads (1 country, no country code): each gives a block; nothing found\n",
+                      self.lint("--countries", "de,none", status=0))
+
+    def test_country_file_cannot_be_used(self):
+        for code, target in (("fr", "/nowhere/calib.conf"), ("us", "/etc/hostname"),
+                             ("it", "../../../../../../etc/hostname"), ("se", "calib.conf")):
+            (self.uwb / code).mkdir()
+            (self.uwb / code / "calib.conf").symlink_to(target)
+        (self.uwb / "es/calib.conf").mkdir(parents=True)
+        self.is_golden("unusable")
+        self.assertIn(b"error: cannot read /vendor/etc/uwb/fr/calib.conf: it is a link to "
+                      b"/nowhere/calib.conf, which does not exist", self.lint("--country", "FR"))
+        matrix = run("matrix", "--root", "tree", cwd=self.folder).stdout
+        self.assertIn(b"(fallback: cannot read /vendor/etc/uwb/se/calib.conf: Too many levels of "
+                      b"symbolic links)", matrix)
+
+    def test_country_file_without_permission(self):
+        self.write("fr/calib.conf")
+        (self.uwb / "fr/calib.conf").chmod(0)
+        self.folder.chmod(0o755)
+        # Root reads every file.
+        nobody = {"user": 65534, "group": 65534, "extra_groups": []} if os.geteuid() == 0 else {}
+        try:
+            result = run("lint", "--root", "tree", cwd=self.folder, **nobody)
+        except PermissionError:
+            self.skipTest("another user than root cannot call the command where it lies")
+        self.assertIn(b"error: cannot read /vendor/etc/uwb/fr/calib.conf: Permission denied: "
+                      b"/vendor/etc/uwb/default/calib.conf is read instead (country fr)",
+                      result.stdout)
+
+    def test_files_that_no_load_reads(self):
+        for name in ("fr/calb.conf", "us/Calib.conf", "JP/calib.conf", "de.bak/calib.conf",
+                     "common.conf.orig", "readme.txt", "de/notes", "usa/calib.conf"):
+            self.write(name)
+        (self.etc / "uwb_calib_path.conf").write_text("")
+        self.is_golden("unread")
+
+    def test_names_that_are_no_countries(self):
+        for code in ("us", "default", "unknown", "base", "latam"):
+            self.write(f"uwb_{code}.conf")
+        (self.uwb / "uwb_us.conf~").write_text("")
+        self.edit(self.etc / "uwb_calib_paths.conf", "<country>/calib.conf", "uwb_<country>.conf")
+        self.is_golden("names")
+        shown = self.lint("--countries", "latam,us,other", "--ignore", "file-unread", status=0)
+        self.assertEqual(shown, b"tarnix-uwb-params: 3 loads (2 countries, any other country): each "
+                                b"gives a block; nothing found\n")
+        rows = json.loads(run("matrix", "--root", self.folder / "tree", "--countries", "us,latam",
+                              "--format", "json").stdout)["countries"]
+        self.assertEqual([row["country"] for row in rows], ["us", "latam"])
+
+    def test_path_file_that_gives_no_block(self):
+        paths = self.etc / "uwb_calib_paths.conf"
+        self.edit(paths, "\n", "\r\n")
+        self.is_golden("path_file_cr")
+        self.assertIn(b"error: no block: ", self.lint("--ignore", "path-cr"))
+        self.edit(paths, "\r\n", "\n")
+        self.edit(paths, "/vendor/etc/uwb/common", "\ufeff/vendor/etc/uwb/common")
+        self.is_golden("path_file_mark")
+        paths.write_text("")
+        self.is_golden("path_file_empty")
+
+    def test_keys_of_the_other_channel(self):
+        self.edit(self.uwb / "common.conf", "edge.ch9.prf64.pg_count", "patch.ch9.prf64.pg_count")
+        self.is_golden("other_channel")
+
+    def test_keys_in_capitals_or_without_a_part(self):
+        for old, new in (("patch.port", "PATCH.port"), ("edge.port", "port"),
+                         ("patch.ch5.prf64.ant_delay", "patch.ant_delay"),
+                         ("edge.ch9.prf64.pg_delay", "edge.ch9.prf64.pg_dlay"),
+                         ("version", "versoin")):
+            self.edit(self.uwb / "common.conf", old, new)
+        self.is_golden("key_parts")
+
+    def test_country_selects_another_antenna(self):
+        self.write("fr/calib.conf", "ch9.antenna_selection=top\ntop.port=1\n")
+        self.is_golden("other_antenna")
+
+    def test_selection_is_missing(self):
+        self.edit(self.uwb / "common.conf", "ch9.antenna_selection", "ch9.antena_selection")
+        self.is_golden("selection_misspelt")
+        self.edit(self.uwb / "common.conf", "ch9.antena_selection=edge\n", "")
+        self.is_golden("selection_missing")
+
+    def test_what_is_no_file_is_not_opened(self):
+        (self.uwb / "fr").mkdir()
+        os.mkfifo(self.uwb / "fr/calib.conf")
+        self.is_golden("pipe")
+        matrix = run("matrix", "--root", "tree", cwd=self.folder)
+        self.assertEqual(matrix.returncode, 1)
+        self.assertIn(b"unknown: /vendor/etc/uwb/fr/calib.conf is a pipe\n", matrix.stdout)
+        explained = run("explain", "--root", "tree", "--country", "FR", cwd=self.folder)
+        self.assertEqual(explained.returncode, 1)
+        self.assertIn(b"no block: what the device does is unknown", explained.stdout)
+        self.edit(self.etc / "uwb_calib_paths.conf", "/vendor/etc/uwb/more.conf", "/dev/zero")
+        result = run("lint", "--path-file", self.etc / "uwb_calib_paths.conf", "--country", "")
+        self.assertIn(b"/dev/zero is a device", result.stdout)
+
+    def test_sources_in_place_of_an_image(self):
+        """Without a root there is only what is mapped; findings name the sources."""
+        (self.uwb / "fr").mkdir()
+        (self.uwb / "fr/calib.conf").symlink_to("/vendor/etc/uwb/de/calib.conf")
+        self.edit(self.uwb / "more.conf", "40", "040")
+        self.uwb.rename(self.folder / "device")
+        maps = ("--map", "/vendor/etc/uwb=device", "--map", "/vendor/etc=tree/vendor/etc")
+        result = run("lint", *maps, cwd=self.folder)
+        self.golden("trees/map", result.stdout + result.stderr)
+        result = run("lint", "--root", "tree", *maps[:2], "--format", "sarif", cwd=self.folder)
+        uris = re.findall(rb'"uri": "(.*)"', result.stdout)
+        self.assertEqual(uris, [b"tree/vendor/etc/uwb_calib_paths.conf", b"device/more.conf"])
+        built = run("build", "-q", *maps, "--country", "DE", "--format", "hex", cwd=self.folder)
+        explained = run("explain", *maps, "--country", "DE", "--format", "json", cwd=self.folder)
+        self.assertEqual(built.stdout[:4].decode(),
+                         json.loads(explained.stdout)["fields"][0]["bytes"].replace(" ", ""))
+        self.fails(run("lint", "--map", "device"), "--map takes /PATH=FOLDER, not 'device'")
+
+    def test_severities_that_fail(self):
+        self.edit(self.uwb / "more.conf", "40", "040")
+        self.lint("--fail-on", "warning", status=1)
+        self.lint("--fail-on", "error", status=0)
+        self.edit(self.uwb / "more.conf", "040", "40")
+        self.edit(self.etc / "uwb_calib_paths.conf", "<country>", "<country>.d")
+        self.write("default.d/calib.conf")
+        self.assertEqual(self.lint("-q", status=0), b"")
+        self.assertIn(b": note: ", self.lint("--fail-on", "note", status=1))
+        self.assertIn(b": note: ", self.lint("--notes", status=0))
+
+    def test_ignored_for_one_file(self):
+        """A file that the factory writes is named by its own path."""
+        self.edit(self.etc / "uwb_calib_paths.conf", "/vendor/etc/uwb/more.conf",
+                  "/vendor/etc/uwb/more.conf\n/persist/trim.conf\n/persist/gone.conf")
+        shown = self.lint("--ignore", "file-missing:/persist/trim.conf")
+        self.assertNotIn(b"trim.conf", shown)
+        self.assertIn(b"there is no /persist/gone.conf", shown)
+        self.lint("--ignore", "file-missing:/vendor/etc/uwb_calib_paths.conf", status=0)
+        result = run("lint", "--root", "tree", "--ignore", "no-block", cwd=self.folder)
+        self.fails(result, "no-block cannot be ignored; --countries says which loads count")
+
+    def test_ignored_for_the_next_line(self):
+        self.write("more.conf", "# lint-ignore octal-number\nxtal_trim=040\nversion=01\n")
+        shown = self.lint()
+        self.assertNotIn(b"more.conf:2:", shown)
+        self.assertIn(b"more.conf:3:9: warning: '01' is octal", shown)
+
+    def test_what_is_ignored_does_not_hide_that_there_is_no_block(self):
+        self.write("more.conf", "// lint-ignore unknown-key\nxtal_trm=40\n")
+        shown = self.lint()
+        self.assertNotIn(b"unknown-key", shown)
+        self.assertIn(b"3 without a block; 2 errors", shown)
+
+    def test_baseline(self):
+        self.write("more.conf", "xtal_trim=040\nversion=01\nversion=01\n")
+        self.lint("--format", "baseline", "-o", self.folder / "known")
+        self.golden("trees/baseline", (self.folder / "known").read_bytes())
+        self.assertEqual(self.lint("-q", "--baseline", "known", status=0), b"")
+        self.write("more.conf", "// new\nxtal_trim=040\nversion=01\nap_coop_mode=01\n")
+        shown = self.lint("--baseline", "known")
+        self.assertIn(b"more.conf:4:14: warning: ", shown)
+        self.assertIn(b"; 1 warning; 2 lines of the baseline match nothing\n", shown)
+        self.write("known", "octal-number\n")
+        result = run("lint", "--root", "tree", "--baseline", self.uwb / "known", cwd=self.folder)
+        self.fails(result, f"{self.uwb}/known:1: no line of a baseline")
+
+    def test_many_faults_are_told_in_proportion(self):
+        """Ten times the lines make ten times the findings, each once."""
+        self.write("more.conf", "".join(f"xtal_trm{i}=40\n" for i in range(5000)))
+        found = json.loads(run("lint", "-q", "--root", "tree", "--format", "json",
+                               cwd=self.folder).stdout)["findings"]
+        self.assertEqual(len([f for f in found if f["rule"] == "unknown-key"]), 5000)
+
+
 class NewUser(CommandTest):
     """A tree with one misspelt key, one octal number, no file for other countries, and one bad
     selector."""

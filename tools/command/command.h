@@ -12,6 +12,7 @@
 struct Options {
   std::string root;                    // The file tree of a target; empty for the host's own.
   std::optional<std::string> country;  // The country code property.
+  std::vector<std::string> maps;       // Folders in place of the target's.
   std::string path_file;               // The property that names one more path file.
   std::string format;                  // Empty for the subcommand's usual one.
   std::string output = "-";

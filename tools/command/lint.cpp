@@ -76,7 +76,7 @@ Exceptions exceptionsOf(const Options& options) {
   return exceptions;
 }
 
-LintReport reportOf(const Options& options, const TargetRoot& root) {
+LintReport reportOf(const Options& options, const TargetRoot& root, Exceptions& exceptions) {
   LintReport report;
   std::vector<LoadTrace> traces;
   report.loads = options.country.has_value() ? std::vector<std::string>{*options.country}
@@ -91,7 +91,6 @@ LintReport reportOf(const Options& options, const TargetRoot& root) {
   }
   Findings findings = findingsOf(traces);
   for (const std::string& rule : options.error_rules) findings.takeAsErrors(ruleCalled(rule));
-  Exceptions exceptions = exceptionsOf(options);
   report.groups = grouped(findings, exceptions, options.notes || options.fail_on == "note");
   report.stale = exceptions.unusedLines();
   report.shown_path = [&root](const std::string& path) { return root.hostPath(path); };
@@ -116,8 +115,9 @@ bool fails(const LintReport& report, const std::string& fail_on) {
 }  // namespace
 
 Outcome lint(const Options& options, const Paint& paint) {
+  Exceptions exceptions = exceptionsOf(options);  // From the host's files.
   const Tree tree(options.root, options, OpenRedirect::Opens::NoSpecialFiles);
-  const LintReport report = reportOf(options, tree.root());
+  const LintReport report = reportOf(options, tree.root(), exceptions);
   return {fails(report, options.fail_on) ? kFindings : kGood,
           formatted(report, options.format, paint),
           {},

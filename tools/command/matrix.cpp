@@ -66,11 +66,14 @@ std::string differenceText(const Row& row, const std::vector<Row>& rows) {
 
 std::string filesText(const Row& row, const Paint& paint) {
   std::string out;
-  const std::vector<std::string> fallbacks = fallbacksOf(row);
-  for (const auto& file : row.trace.files) {
-    const bool fallback =
-        std::find(fallbacks.begin(), fallbacks.end(), file->path) != fallbacks.end();
-    out += "    " + printable(file->path) + (fallback ? paint.cyan("  (fallback)") : "") + "\n";
+  if (!row.trace.decided) return out;
+  for (const TracedEntry& entry : row.trace.deciding().entries) {
+    if (!entry.file.has_value()) continue;
+    // A country's file that exists and was not read is more than a missing one.
+    const bool unusable = entry.fellBack() && entry.own.kind != FileKind::Missing;
+    const std::string why = unusable ? ": " + printable(problemOf(entry.own)) : "";
+    out += "    " + printable(entry.last().path) +
+           (entry.fellBack() ? paint.cyan("  (fallback" + why + ")") : "") + "\n";
   }
   return out;
 }

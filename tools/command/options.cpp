@@ -16,6 +16,8 @@ constexpr unsigned kLoads = kAll & ~kDecode;
 constexpr Option kOptions[] = {
     {"root",      0,   Value::Folder, &Options::root,          kLoads & ~kDiff,
      "A target's file tree: paths and links are inside it"},
+    {"map",       0,   Value::Folder, &Options::maps,          kLoads & ~kDiff,
+     "/PATH=DIR: a folder in place of one of the device's; may be repeated"},
     {"country",   0,   Value::Text,   &Options::country,       kLoads & ~kMatrix,
      "The country code; '' for none"},
     {"path-file", 0,   Value::File,   &Options::path_file,     kLoads,

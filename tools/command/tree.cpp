@@ -9,7 +9,7 @@
 #include "tools/device/library_log.h"
 
 Tree::Tree(const std::string& root, const Options& options, OpenRedirect::Opens opens)
-    : root_(root), redirect_(root_, opens) {
+    : root_(root, "/", options.maps), redirect_(root_, opens) {
   setDeviceProperties(options.country.value_or(""), options.path_file);
   if (options.path_file.empty() || canBeOpened(options.path_file)) return;
   throw std::runtime_error("cannot open the path file " + options.path_file +

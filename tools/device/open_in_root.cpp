@@ -7,10 +7,10 @@
 
 #include <cerrno>
 
-int openInRoot(int root, const char* path, int flags) {
+int openInRoot(int root, const char* path, int flags, Leaving leaving) {
   open_how how{};
   how.flags = static_cast<unsigned>(flags);
-  how.resolve = RESOLVE_IN_ROOT;
+  how.resolve = leaving == Leaving::Fails ? RESOLVE_BENEATH : RESOLVE_IN_ROOT;
   long file = 0;
   do {
     // EAGAIN: something was renamed or mounted while the kernel followed "..".

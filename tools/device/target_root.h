@@ -1,17 +1,39 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <list>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "tools/device/descriptor.h"
+
+// A folder of the host in place of one of the target: "/vendor/etc=device/acme/uwb".
+class PathMap {
+ public:
+  // Throws std::runtime_error, one line, for another text or folder.
+  explicit PathMap(const std::string& text);
+
+  // The path below the folder; nothing for a path that is elsewhere.
+  std::optional<std::string> below(const std::string& path) const;
+  int open(const std::string& below, int flags) const;
+  std::string hostPath(const std::string& below) const { return host_ + "/" + below; }
+
+ private:
+  const std::string device_;
+  const std::string host_;
+  const Descriptor folder_;
+};
 
 // A target's file tree. Absolute paths, absolute links and links that climb stay inside it. Needs
 // no privilege, and leaves the root and the working directory of the process as they are.
 class TargetRoot {
  public:
   // Relative paths begin at `working_directory`, a path in the tree. An empty `directory` stands
-  // for the host's own tree. Throws std::runtime_error, one line, when the tree cannot be used.
-  explicit TargetRoot(const std::string& directory, const std::string& working_directory = "/");
+  // for the host's own tree, or for an empty one where there are maps. The first map that has a
+  // path gives it. Throws std::runtime_error, one line, when the tree cannot be used.
+  explicit TargetRoot(const std::string& directory, const std::string& working_directory = "/",
+                      const std::vector<std::string>& maps = {});
 
   // As open(2) in the tree, for flags that create no file.
   int open(const std::string& path, int flags) const;
@@ -20,6 +42,7 @@ class TargetRoot {
   std::string hostPath(const std::string& path) const;
 
  private:
+  std::list<PathMap> maps_;
   const std::string name_;
   const Descriptor directory_;
   const std::string relative_to_;  // What relative paths are appended to.

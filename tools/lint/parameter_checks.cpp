@@ -63,6 +63,15 @@ Findings::Id addMissing(const LoadTrace& trace, const std::vector<std::string>& 
                       "no line sets '" + joined(keys, "', '") + "'" + where, {}, cause);
 }
 
+// The path file that decided, or the first that exists.
+std::string decidingPath(const LoadTrace& trace) {
+  if (trace.decided) return trace.deciding().path;
+  for (const TracedPathFile& file : trace.path_files) {
+    if (file.kind != FileKind::Missing) return file.path;
+  }
+  return trace.path_files.front().path;
+}
+
 std::optional<Findings::Id> checkMissing(const LoadTrace& trace,
                                          const std::set<std::string>& missing_in_many,
                                          Findings& findings) {
@@ -71,12 +80,11 @@ std::optional<Findings::Id> checkMissing(const LoadTrace& trace,
     const std::optional<Findings::Id> cause = findings.causeOf({key, kAnyKey});
     groups[{cause, missing_in_many.count(key) > 0}].push_back(key);
   }
-  std::optional<Findings::Id> first;
+  std::optional<Findings::Id> last;  // Those with a cause come after the others.
   for (const auto& [group, keys] : groups) {
-    const Findings::Id finding = addMissing(trace, keys, group.first, group.second, findings);
-    if (!first.has_value()) first = finding;
+    last = addMissing(trace, keys, group.first, group.second, findings);
   }
-  return first;
+  return last;
 }
 
 }  // namespace
@@ -93,6 +101,6 @@ void checkOutcome(const LoadTrace& trace, const std::set<std::string>& missing_i
   std::optional<Findings::Id> cause = checkMissing(trace, missing_in_many, findings);
   if (trace.block.has_value()) return;
   if (!cause.has_value() || trace.unknown) cause = findings.causeOf({kOutcome, kAnyKey});
-  findings.add(Rule::NoBlock, {trace.path_files.back().path, 1, 1, {}},
-               "no block: " + trace.problem, {}, cause);
+  findings.add(Rule::NoBlock, {decidingPath(trace), 1, 1, {}}, "no block: " + trace.problem, {},
+               cause);
 }

@@ -38,9 +38,15 @@ Id explainPath(const TracedPathFile& file, const TracedEntry& entry, Findings& f
   const auto add = [&](Rule rule, size_t column, const std::string& message) {
     return findings.add(rule, entryPlace(file, entry, column), message, entry.own.path);
   };
-  if (!text.empty() && text.back() == '\r') {
-    return add(Rule::PathCr, text.size(),
-               "the carriage return is part of the path: end the lines with a line feed alone");
+  const auto ends_in_return = [](const TracedEntry& e) {
+    return !e.text.empty() && e.text.back() == '\r';
+  };
+  if (ends_in_return(entry)) {
+    // A file has them at all lines: it is told once.
+    const auto first = std::find_if(file.entries.begin(), file.entries.end(), ends_in_return);
+    return findings.add(
+        Rule::PathCr, entryPlace(file, *first, first->text.size()),
+        "the carriage return is part of the path: end all lines with a line feed alone");
   }
   if (const size_t comment = commentIn(text); comment != text.npos) {
     return add(Rule::PathComment, comment + 1,
@@ -113,7 +119,9 @@ void checkFallback(const TracedPathFile& file, const TracedEntry& entry, Finding
   if (!entry.fallback.has_value()) return;
   const std::string after = ": " + entry.fallback->path + " is read instead";
   if (entry.own.kind != FileKind::Missing) {
-    checkPath(entry.own, entryPlace(file, entry), entry.fellBack() ? after : "", findings);
+    const bool unopened = entry.own.kind == FileKind::Special;
+    checkPath(entry.own, entryPlace(file, entry), entry.fellBack() && !unopened ? after : "",
+              findings);
   } else if (entry.fellBack()) {
     findings.add(Rule::CountryFallback, entryPlace(file, entry),
                  "there is no file of the country's own" + after, entry.fallback->path);
@@ -130,13 +138,15 @@ Id checkMissing(const TracedPathFile& file, const TracedEntry& entry, Findings& 
 }
 
 void checkEntry(const TracedPathFile& file, const TracedEntry& entry, Findings& findings) {
+  // Its path is that of no file, for a reason that is told already.
+  if (entry.number == 1 && hasByteOrderMark(entry.text)) return;
   checkSecondPlaceholder(file, entry, findings);
   checkFallback(file, entry, findings);
   const TracedPath& last = entry.last();
   const Id finding = last.kind == FileKind::Missing
                          ? checkMissing(file, entry, findings)
                          : checkPath(last, entryPlace(file, entry), "", findings);
-  if (!entry.file.has_value() && finding.has_value()) findings.blame(kAnyKey, *finding);
+  if (finding.has_value()) findings.blame(kAnyKey, *finding);
 }
 
 bool isSameFile(const std::string& a, const std::string& b) {

@@ -109,10 +109,11 @@ std::string jsonReport(const LintReport& report) {
   for (const std::string& country : report.loads) countries.push_back(countryWord(country));
   std::vector<JsonValue> findings;
   for (const Group& group : report.groups) findings.push_back(groupJson(report, group));
-  return documentOf({{"countries", countries},
-                     {"not_taken_for_countries", report.not_taken},
-                     {"without_block", report.without_block},
-                     {"findings", findings}});
+  JsonMembers members = {{"countries", countries},
+                         {"not_taken_for_countries", report.not_taken},
+                         {"without_block", report.without_block}};
+  members.emplace_back("findings", std::move(findings));
+  return documentOf(std::move(members));
 }
 
 std::string githubReport(const LintReport& report) {

@@ -77,13 +77,14 @@ std::string sarifReport(const LintReport& report, const std::string& version) {
   for (const Group& group : report.groups) results.push_back(resultJson(report, group));
   const JsonMembers base = {
       {"description", textJson("The folder in which the command was called")}};
-  const std::vector<JsonValue> runs = {
-      JsonMembers{{"tool", JsonMembers{{"driver", driverJson(version)}}},
-                  {"originalUriBaseIds", JsonMembers{{kBase, base}}},
-                  {"columnKind", "unicodeCodePoints"},
-                  {"results", results}}};
-  const JsonMembers log = {{"$schema", "https://json.schemastore.org/sarif-2.1.0.json"},
-                           {"version", "2.1.0"},
-                           {"runs", runs}};
-  return foreignDocumentOf(log);
+  JsonMembers run = {{"tool", JsonMembers{{"driver", driverJson(version)}}},
+                     {"originalUriBaseIds", JsonMembers{{kBase, base}}},
+                     {"columnKind", "unicodeCodePoints"}};
+  run.emplace_back("results", std::move(results));
+  std::vector<JsonValue> runs;
+  runs.emplace_back(std::move(run));
+  JsonMembers log = {{"$schema", "https://json.schemastore.org/sarif-2.1.0.json"},
+                     {"version", "2.1.0"}};
+  log.emplace_back("runs", std::move(runs));
+  return foreignDocumentOf(std::move(log));
 }

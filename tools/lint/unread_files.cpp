@@ -11,6 +11,12 @@ namespace {
 
 constexpr char kBlanks[] = " \t\v\f\r";
 
+// Blanks around a path are a finding of their own.
+std::string withoutBlanksAround(const std::string& path) {
+  const size_t begin = std::min(path.find_first_not_of(kBlanks), path.size());
+  return path.substr(begin, path.find_last_not_of(kBlanks) + 1 - begin);
+}
+
 // What parts a name from the wanted one; empty when they are not alike, or are the same.
 std::string likeness(const std::string& name, const std::string& wanted) {
   if (name == wanted) return {};
@@ -39,17 +45,10 @@ class UnreadFiles {
   void collect(const TracedPathFile& file) {
     asked_.insert(file.path);
     for (const TracedEntry& entry : file.entries) {
-      ask(entry.own.path);
-      if (entry.fallback.has_value()) ask(entry.fallback->path);
-      if (entry.has_placeholder) entries_.insert(entry.text);
+      asked_.insert(withoutBlanksAround(entry.own.path));
+      if (entry.fallback.has_value()) asked_.insert(withoutBlanksAround(entry.fallback->path));
+      if (entry.has_placeholder) entries_.insert(withoutBlanksAround(entry.text));
     }
-  }
-
-  // Blanks around a path are a finding of their own.
-  void ask(const std::string& path) {
-    const size_t begin = path.find_first_not_of(kBlanks);
-    if (begin == path.npos) return;
-    asked_.insert(path.substr(begin, path.find_last_not_of(kBlanks) + 1 - begin));
   }
 
   // Names in the placeholder's place that no country code makes. Folders of countries that have no

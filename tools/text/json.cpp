@@ -25,8 +25,8 @@ Json::Value arrayOf(const std::vector<std::string>& texts) {
   return array;
 }
 
-std::shared_ptr<const Json::Value> shared(Json::Value value) {
-  return std::make_shared<const Json::Value>(std::move(value));
+std::shared_ptr<Json::Value> shared(Json::Value value) {
+  return std::make_shared<Json::Value>(std::move(value));
 }
 
 }  // namespace
@@ -43,29 +43,34 @@ JsonValue::JsonValue(const std::string& text) : value_(shared(validUtf8(text))) 
 
 JsonValue::JsonValue(const std::vector<std::string>& texts) : value_(shared(arrayOf(texts))) {}
 
-JsonValue::JsonValue(const std::vector<JsonValue>& elements) {
+JsonValue::JsonValue(std::vector<JsonValue> elements) {
   Json::Value array(Json::arrayValue);
-  for (const JsonValue& element : elements) array.append(*element.value_);
+  for (JsonValue& element : elements) array.append(element.take());
   value_ = shared(std::move(array));
 }
 
-JsonValue::JsonValue(const JsonMembers& members) {
+JsonValue::JsonValue(JsonMembers members) {
   Json::Value object(Json::objectValue);
-  for (const auto& [name, member] : members) object[name] = *member.value_;
+  for (auto& [name, member] : members) object[name] = member.take();
   value_ = shared(std::move(object));
+}
+
+// Large documents are moved as they grow; a value that somebody else holds too is copied.
+Json::Value JsonValue::take() {
+  return value_.use_count() == 1 ? std::move(*value_) : *value_;
 }
 
 std::string documentOf(JsonMembers members) {
   members.emplace_back("format_version", 1U);
-  return foreignDocumentOf(members);
+  return foreignDocumentOf(std::move(members));
 }
 
-std::string foreignDocumentOf(const JsonMembers& members) {
+std::string foreignDocumentOf(JsonMembers members) {
   Json::StreamWriterBuilder style;
   style["indentation"] = "  ";
   style["emitUTF8"] = true;
   style["enableYAMLCompatibility"] = true;  // No blank before a colon.
-  return Json::writeString(style, *JsonValue(members).value_) + "\n";
+  return Json::writeString(style, *JsonValue(std::move(members)).value_) + "\n";
 }
 
 std::optional<std::string> textMemberOf(const std::string& document, const char* name) {

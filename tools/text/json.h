@@ -28,14 +28,16 @@ class JsonValue {
   // A byte that is no UTF-8 becomes U+FFFD: files may hold any bytes, JSON is UTF-8.
   JsonValue(const std::string& text);
   JsonValue(const std::vector<std::string>& texts);
-  JsonValue(const std::vector<JsonValue>& elements);
-  JsonValue(const JsonMembers& members);
+  JsonValue(std::vector<JsonValue> elements);
+  JsonValue(JsonMembers members);
   // NOLINTEND(google-explicit-constructor)
 
  private:
-  friend std::string foreignDocumentOf(const JsonMembers& members);
+  friend std::string foreignDocumentOf(JsonMembers members);
 
-  std::shared_ptr<const Json::Value> value_;
+  Json::Value take();
+
+  std::shared_ptr<Json::Value> value_;
 };
 
 // A whole document with these members and the version of the command's formats, which changes when
@@ -43,7 +45,7 @@ class JsonValue {
 std::string documentOf(JsonMembers members);
 
 // A whole document of a format that others define.
-std::string foreignDocumentOf(const JsonMembers& members);
+std::string foreignDocumentOf(JsonMembers members);
 
 // The text of a document's member; nothing when there is no such text.
 std::optional<std::string> textMemberOf(const std::string& document, const char* name);

@@ -242,7 +242,9 @@ TracedPath tracePath(const std::string& path) {
   }
   const int reason = errno;
   if (reason != ENOENT && reason != ENOTDIR) {
-    return {path, FileKind::Unreadable, std::strerror(reason)};
+    return {
+        path, FileKind::Unreadable,
+        reason == EXDEV ? "a link leads out of the folder of its --map" : std::strerror(reason)};
   }
   const std::string target = linkAt(path);
   if (target.empty()) return {path, FileKind::Missing, {}};

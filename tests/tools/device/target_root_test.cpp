@@ -149,6 +149,52 @@ TEST_F(TargetRootTest, WhatIsNoDirectoryIsToldInOneLine) {
   EXPECT_EQ(complaint("target", "/data"), "");
 }
 
+TEST_F(TargetRootTest, FoldersOfTheHostTakeThePlaceOfTheTrees) {
+  host_.write("sources/uwb/name", "mapped");
+  host_.write("target/vendor/etc/other", "target");
+  ASSERT_EQ(symlink("/only_host", "sources/absolute"), 0);
+  ASSERT_EQ(symlink("../../only_host", "sources/uwb/climbing"), 0);
+  ASSERT_EQ(symlink("uwb/name", "sources/inside"), 0);
+  const TargetRoot root("target", "/", {"/vendor/etc=sources", "/vendor=target/data/"});
+  EXPECT_EQ(read(root, "/vendor/etc/uwb/name"), "mapped");
+  EXPECT_EQ(read(root, "vendor/./etc/../etc//uwb/name"), "mapped");
+  EXPECT_EQ(read(root, "/vendor/etc/inside"), "mapped");
+  EXPECT_EQ(read(root, "/vendor/uwb/name"), "nested");
+  EXPECT_EQ(read(root, "/name"), "target");
+  EXPECT_EQ(failure(root, "/vendor/etc/absolute"), EXDEV);
+  EXPECT_EQ(failure(root, "/vendor/etc/uwb/climbing"), EXDEV);
+  EXPECT_EQ(failure(root, "/vendor/etc/other"), ENOENT);
+  EXPECT_EQ(failure(root, "/vendor/etcetera"), ENOENT);
+  EXPECT_EQ(failure(root, ""), ENOENT);
+  EXPECT_EQ(failure(root, "/vendor/etc/", O_RDONLY | O_DIRECTORY), 0);
+  EXPECT_EQ(root.hostPath("/vendor/etc/uwb/name"), "sources/uwb/name");
+  EXPECT_EQ(root.hostPath("/vendor/uwb/name"), "target/data//uwb/name");
+  EXPECT_EQ(root.hostPath("./name"), "target/name");
+}
+
+TEST_F(TargetRootTest, WithoutARootThereIsOnlyWhatIsMapped) {
+  const TargetRoot root("", "/", {"/data=target/data"});
+  EXPECT_EQ(read(root, "/data/uwb/name"), "nested");
+  EXPECT_EQ(failure(root, host_.root() + "/name"), ENOENT);
+  EXPECT_EQ(failure(root, "name"), ENOENT);
+}
+
+TEST_F(TargetRootTest, WhatIsNoMapIsToldInOneLine) {
+  const auto complaint = [](const std::string& map) {
+    try {
+      const TargetRoot root("target", "/", {map});
+    } catch (const std::runtime_error& e) {
+      return std::string(e.what());
+    }
+    return std::string();
+  };
+  for (const char* map : {"target", "data=target", "=target", ""}) {
+    EXPECT_EQ(complaint(map), "--map takes /PATH=FOLDER, not '" + std::string(map) + "'");
+  }
+  EXPECT_EQ(complaint("/data=gone"), "cannot use gone for --map: No such file or directory");
+  EXPECT_EQ(complaint("/data=name"), "cannot use name for --map: Not a directory");
+}
+
 TEST_F(TargetRootTest, RedirectedReadsAreThoseOfTheTree) {
   const TargetRoot root("target");
   EXPECT_EQ(openedText("name"), "host");
