@@ -26,7 +26,7 @@ int run(int argc, char** argv) {
                               ? Outcome{kGood, request.answer, {}}
                               : request.run(options, Paint(wantsColour(options)));
   const std::string& line = options.quiet ? std::string() : outcome.remark;
-  for (const std::string& text : {outcome.failure, line}) {
+  for (const std::string& text : {printable(outcome.failure), line}) {
     if (!text.empty()) std::cerr << kErrorPrefix << text << '\n';
   }
   if (outcome.result.has_value()) writeOutput(options.output, *outcome.result);

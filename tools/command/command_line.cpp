@@ -156,12 +156,10 @@ class Reader {
   Options options_{};
 };
 
-const Subcommand& subcommandCalled(const std::string& name) {
+const Subcommand& chosenSubcommand(const std::string& name) {
+  if (const Subcommand* const subcommand = subcommandCalled(name)) return *subcommand;
   std::vector<std::string> names;
-  for (const Subcommand& subcommand : subcommands()) {
-    if (subcommand.name == name) return subcommand;
-    names.emplace_back(subcommand.name);
-  }
+  for (const Subcommand& subcommand : subcommands()) names.emplace_back(subcommand.name);
   refuse("unknown subcommand " + name + suggestion(name, names));
 }
 
@@ -174,7 +172,7 @@ Request parseCommandLine(int argc, char** argv) {
   if (first == "--version")
     return {{}, nullptr, "tarnix-uwb-params, library " + libraryVersion() + "\n"};
   if (first == "--complete") return {{}, nullptr, completionsOf({argv + 2, argv + argc})};
-  const Subcommand& subcommand = subcommandCalled(first);
+  const Subcommand& subcommand = chosenSubcommand(first);
   Options options = Reader(subcommand).read(argc - 1, argv + 1);
   if (options.help) return {{}, nullptr, helpOf(subcommand)};
   if (options.library.empty()) options.library = kLibrary;

@@ -121,13 +121,6 @@ std::string rulesHelp() {
   return out + "\n";
 }
 
-const Subcommand* subcommandCalled(const std::string& name) {
-  for (const Subcommand& subcommand : subcommands()) {
-    if (subcommand.name == name) return &subcommand;
-  }
-  return nullptr;
-}
-
 std::vector<std::string> firstWords() {
   std::vector<std::string> words;
   for (const Subcommand& subcommand : subcommands()) words.emplace_back(subcommand.name);
@@ -162,6 +155,13 @@ std::vector<std::string> nextWords(const Subcommand& subcommand, const std::stri
 const std::vector<Subcommand>& subcommands() {
   static const std::vector<Subcommand> all(std::begin(kSubcommands), std::end(kSubcommands));
   return all;
+}
+
+const Subcommand* subcommandCalled(const std::string& name) {
+  for (const Subcommand& subcommand : subcommands()) {
+    if (subcommand.name == name) return &subcommand;
+  }
+  return nullptr;
 }
 
 std::vector<Option> optionsOf(const Subcommand& subcommand) {

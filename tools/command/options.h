@@ -37,6 +37,9 @@ struct Option {
 
 const std::vector<Subcommand>& subcommands();
 
+// The subcommand of this name; null when there is none.
+const Subcommand* subcommandCalled(const std::string& name);
+
 // The options of the subcommand, in the order of the help.
 std::vector<Option> optionsOf(const Subcommand& subcommand);
 

@@ -2,8 +2,7 @@
 #include "tools/text/text.h"
 
 #include <algorithm>
-#include <iomanip>
-#include <sstream>
+#include <cstdio>
 
 namespace {
 
@@ -42,15 +41,15 @@ bool isControl(uint8_t byte) {
 }
 
 std::string hex(uint32_t number, int digits) {
-  std::ostringstream text;
-  text << "0x" << std::hex << std::uppercase << std::setfill('0') << std::setw(digits) << number;
-  return text.str();
+  char text[16];
+  std::snprintf(text, sizeof(text), "0x%0*X", digits, number);
+  return text;
 }
 
 std::string hexByte(uint8_t byte) {
-  std::ostringstream text;
-  text << std::hex << std::setfill('0') << std::setw(2) << unsigned{byte};
-  return text.str();
+  char text[4];
+  std::snprintf(text, sizeof(text), "%02x", byte);
+  return text;
 }
 
 std::string padded(const std::string& text, size_t width) {
