@@ -51,7 +51,7 @@ Outcome decode(const Options& options, const Paint& paint);
 Outcome lint(const Options& options, const Paint& paint);
 Outcome explain(const Options& options, const Paint& paint);
 // What explain does for --device-log: compares the load that the log tells of with the same load in
-// the tree, and shows the lines behind its errors.
+// the tree, and shows the lines that cause its errors.
 Outcome explainDeviceLog(const Options& options, const Paint& paint);
 Outcome matrix(const Options& options, const Paint& paint);
 Outcome diff(const Options& options, const Paint& paint);

@@ -50,7 +50,7 @@ bool namesPath(const std::string& message, const std::string& whole_path) {
   return end == message.size() || message[end] == ',';
 }
 
-// The lines of the tree behind an error message.
+// The lines of the tree that cause an error message.
 class Causes {
  public:
   Causes(const LoadTrace& trace, const std::string& message) : trace_(trace), message_(message) {
