@@ -47,6 +47,22 @@ def on_terminal(*arguments, env=None):
     return process.wait(), shown.decode().replace("\r\n", "\n")
 
 
+def loads_of(steps):
+    """The command's words for each load of a scenario."""
+    country, path_file, root = b"", b"", None
+    for step in steps.read_bytes().splitlines():
+        what, *words = step.split(b"\t")
+        if what == b"root":
+            root = steps.parent / os.fsdecode(words[0])
+        elif what == b"set" and words[0].endswith(b"country_code"):
+            country = words[1]
+        elif what == b"set":
+            path_file = words[1]
+        elif what == b"load":
+            yield ["--root", root, "--country", os.fsdecode(country), "--path-file",
+                   os.fsdecode(path_file), "--capacity", os.fsdecode(words[0])]
+
+
 class CommandTest(unittest.TestCase):
     maxDiff = None
 
@@ -170,6 +186,19 @@ class Build(CommandTest):
     def test_missing_root_is_told_in_one_line(self):
         self.fails(run("build", "--root", "/no/such"),
                    "cannot make /no/such the root: No such file or directory")
+
+    def test_linked_and_loaded_library_agree_on_every_scenario(self):
+        compared = 0
+        for steps in sorted(SCENARIOS.glob("*/steps")):
+            for words in loads_of(steps):
+                with self.subTest(scenario=steps.parent.name, words=words):
+                    own, loaded = (run("build", "--format", "hex", *words, *library)
+                                   for library in ((), ("--library", os.environ["LIBRARY"])))
+                    self.assertEqual(own.stdout, loaded.stdout)
+                    self.assertEqual(own.stderr, loaded.stderr)
+                    self.assertEqual(own.returncode, loaded.returncode)
+                    compared += own.returncode == 0
+        self.assertGreater(compared, 50)
 
     def test_missing_library_is_told_in_one_line(self):
         result = run("build", "--library", "/no/such.so")

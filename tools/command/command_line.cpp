@@ -16,7 +16,6 @@
 namespace {
 
 // dlopen looks for it in this program's run path.
-constexpr char kLibrary[] = "libtarnix_uwb_params_nfcc.so";
 
 constexpr unsigned kLargestCapacity = 1U << 20;
 
@@ -175,7 +174,6 @@ Request parseCommandLine(int argc, char** argv) {
   const Subcommand& subcommand = chosenSubcommand(first);
   Options options = Reader(subcommand).read(argc - 1, argv + 1);
   if (options.help) return {{}, nullptr, helpOf(subcommand)};
-  if (options.library.empty()) options.library = kLibrary;
   options.to_terminal = options.output == "-" && isatty(STDOUT_FILENO) == 1;
   return {std::move(options), subcommand.run, {}};
 }

@@ -39,7 +39,7 @@ constexpr Option kOptions[] = {
     {"capacity",  0,   Value::Number, &Options::capacity,      kBuild,
      "The size of the caller's buffer"},
     {"library",   0,   Value::File,   &Options::library,       kBuild | kMatrix | kDiff,
-     "The shared library to load"},
+     "A shared library to load in place of the command's own"},
     {"log",       0,   Value::None,   &Options::log,           kLoads,
      "Show the library's log on the standard error"},
     {"format",    0,   Value::Format, &Options::format,        kAll,

@@ -19,7 +19,8 @@ void setDeviceProperties(const std::string& country, const std::string& path_fil
   setProperty("ro.vendor.uwb.calibration.calibrationpaths", path_file);
 }
 
-DeviceLibrary::DeviceLibrary(const std::string& file) {
+DeviceLibrary::DeviceLibrary(const std::string& file) : load_(load_uwb_params_from_files) {
+  if (file.empty()) return;
   void* const library = dlopen(file.c_str(), RTLD_NOW);
   void* const symbol = library == nullptr ? nullptr : dlsym(library, "load_uwb_params_from_files");
   if (symbol == nullptr) throw std::runtime_error(dlerror());
