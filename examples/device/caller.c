@@ -2,7 +2,7 @@
 #include <dlfcn.h>
 #include <stdio.h>
 
-#include "include/tarnix_uwb_params_nfcc.h"
+#include "tarnix_uwb_params_nfcc.h"
 
 int main(void) {
   uint8_t block[TARNIX_UWB_PARAMS_SIZE];

@@ -20,6 +20,10 @@ import calibration  # noqa: E402  (found through the line above)
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 DEVICE = ROOT / "examples/device"
 PATHS = ("srcs", "src", "data", "export_include_dirs", "version_script", "license_text", "dictionary")
+# Libraries that the platform brings, all of them for its host too.
+OF_THE_PLATFORM = (
+    "libbase", "libbase_headers", "libgmock", "libjsoncpp", "liblog", "liblog_headers", "libz"
+)
 OPTIONS = argparse.Namespace(sources=None)
 MODULES = blueprint.modules_of(ROOT / "Android.bp")
 
@@ -65,7 +69,7 @@ class AndroidBp(unittest.TestCase):
                 self.assertEqual(sorted(sources(module)), sorted(expected))
 
     def test_every_module_with_sources_is_compared(self):
-        kinds = ("cc_library_shared", "cc_test", "cc_fuzz")
+        kinds = ("cc_library_shared", "cc_binary_host", "cc_test", "cc_fuzz")
         built = {name for name, (kind, _) in MODULES.items() if kind in kinds}
         self.assertEqual(built, set(cmake_sources()))
 
@@ -79,16 +83,36 @@ class AndroidBp(unittest.TestCase):
     def test_every_module_that_is_named_exists(self):
         for name, (_, properties) in MODULES.items():
             named = [p[1:] for p in as_list(properties.get("srcs", [])) if p.startswith(":")]
-            for other in named + properties.get("defaults", []) + properties.get("required", []):
+            for key in ("defaults", "required", "tools"):
+                named += properties.get(key, [])
+            for key in ("shared_libs", "static_libs", "header_libs"):
+                named += [lib for lib in properties.get(key, []) if lib not in OF_THE_PLATFORM]
+            for other in named:
                 with self.subTest(module=name, other=other):
                     self.assertIn(other, MODULES)
+
+    def test_the_command_is_a_host_module_with_what_a_host_has(self):
+        name = "tarnix-uwb-params"
+        self.assertEqual(MODULES[name][0], "cc_binary_host")
+        self.assertEqual(
+            sorted(own_and_inherited(name, "shared_libs")), ["libbase", "libjsoncpp", "liblog", "libz"]
+        )
+        self.assertEqual(own_and_inherited(name, "vendor"), [])
+        self.assertEqual(own_and_inherited(name, "cppflags"), ["-fexceptions"])
+
+    def test_unit_tests_are_built_for_the_host_too(self):
+        for folder in ("grammar", "schema", "output", "loader"):
+            name = f"tarnix_uwb_params_nfcc_{folder}_tests"
+            self.assertEqual(own_and_inherited(name, "host_supported"), [True])
 
     def test_the_library_is_what_the_device_asks_for(self):
         name = "libtarnix_uwb_params_nfcc"
         kind, properties = MODULES[name]
         self.assertEqual(kind, "cc_library_shared")
         self.assertEqual(own_and_inherited(name, "vendor"), [True])
-        self.assertEqual(own_and_inherited(name, "compile_multilib"), ["32"])
+        self.assertEqual(
+            own_and_inherited(name, "target"), [{"android": {"compile_multilib": "32"}}]
+        )
         self.assertEqual(own_and_inherited(name, "shared_libs"), ["libbase", "liblog", "libz"])
         self.assertEqual(own_and_inherited(name, "cppflags"), ["-fexceptions"])
         self.assertEqual(own_and_inherited(name, "rtti"), [True])
