@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdarg>
+#include <cstddef>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -213,7 +214,7 @@ bool isLostInACopy() {
 // What is written is nothing or a whole block, and nothing around it.
 void expectWholeBlock(const FailedLoad& failed) {
   const auto buffer = failed.memory.begin() + GUARD;
-  const Bytes written(buffer, buffer + failed.result);
+  const Bytes written(buffer, buffer + static_cast<std::ptrdiff_t>(failed.result));
   EXPECT_TRUE(written.empty() || written.size() == 82);
   EXPECT_EQ(written, written.empty() ? written : sealed(written));
   EXPECT_EQ(failed.memory, guarded(82, written));

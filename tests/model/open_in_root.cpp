@@ -7,6 +7,7 @@
 
 #include <cerrno>
 #include <climits>
+#include <cstring>
 #include <deque>
 #include <sstream>
 #include <string>
@@ -109,8 +110,9 @@ class Walk {
 }  // namespace
 
 int openInRoot(int root, const char* path, int flags, Leaving leaving) {
-  if (*path == '\0') {
-    errno = ENOENT;
+  const size_t length = strlen(path);
+  if (length == 0 || length >= PATH_MAX) {
+    errno = length == 0 ? ENOENT : ENAMETOOLONG;
     return -1;
   }
   Walk walk(root, path, leaving);
