@@ -419,9 +419,18 @@ there is no path file ./calib_paths
         for line in result.stdout.decode().splitlines():
             self.assertIn(line + "\n", shown)
         result = run("explain", "--root", EXAMPLES, "--format", "json", "crc", "version")
+        missing = self.explain_scenario("missing_parameters_named_in_tree_order", "xtal_trim")
+        self.assertTrue(missing.stdout.decode().endswith(
+            "\n\nno block: parameters are missing\n    xtal_trim\n"), missing.stdout)
         names = [field["name"] for field in json.loads(result.stdout)["fields"]]
         self.assertEqual(names, ["crc", "version"])
         self.assertEqual(json.loads(result.stdout)["selection"], [])
+        shutil.copytree(EXAMPLES, self.folder, dirs_exist_ok=True)
+        (self.folder / "vendor/etc/uwb/us/calib.conf").write_text("version=x\nxtal_trm=1\n")
+        failing = run("explain", "--root", self.folder, "--country", "US", "--format", "json", "version")
+        self.assertEqual(len(json.loads(failing.stdout)["failing"]), 1)
+        other = run("explain", "--root", self.folder, "--country", "US", "--format", "json", "crc")
+        self.assertEqual(json.loads(other.stdout)["failing"] + json.loads(other.stdout)["dropped"], [])
 
     def test_an_unknown_name_is_wrong_usage(self):
         self.fails(run("explain", "--root", EXAMPLES, "xtal_trm"),
@@ -441,6 +450,7 @@ class DeviceLog(CommandTest):
         "threadtime": "11-21 18:40:{s:06.3f}  1234  1240 {p} uwb     : {m}",
         "year": "2026-11-21 18:40:{s:06.3f} +0100  1234  1240 {p} uwb     : {m}",
         "epoch": "17000000{s:06.3f}  1234  1240 {p} uwb     : {m}",
+        "tag like a priority": "11-21 18:40:{s:06.3f}  1234  1240 {p} I       : {m}",
         "long": "[ 11-21 18:40:{s:06.3f}  1234: 1240 {p}/uwb      ]\n{m}\n",
     }
 
@@ -448,7 +458,7 @@ class DeviceLog(CommandTest):
         super().setUp()
         shutil.copytree(EXAMPLES, self.folder, dirs_exist_ok=True)
         us = self.folder / "vendor/etc/uwb/us/calib.conf"
-        us.write_text("# Not measured.\nedge.port=300\n" + us.read_text())
+        us.write_text("# Not measured.\nedge.port=300\nedge.port=301\n" + us.read_text())
         self.log = self.log_of("--country", "US")
 
     def log_of(self, *options):
@@ -462,6 +472,8 @@ class DeviceLog(CommandTest):
             priority, message = line[0], line[2:]
             seconds = number / 1000 + number % 60
             out += self.FORMATS[form].format(p=priority, m=message, s=seconds) + "\n"
+            if number % 5 == 0:
+                out += "--------- switch to main\n"
             if with_others:
                 other = self.FORMATS[form].replace("1234", "4321").replace("uwb ", "hal ")
                 out += other.format(p="E", m=f"other's message {number}", s=seconds) + "\n"

@@ -122,6 +122,13 @@ class Completion(CommandTest):
         for subcommand in SUBCOMMANDS:
             self.assertEqual(self.bash(subcommand, "--"), options_of(subcommand))
 
+    def test_bash_offers_options_after_an_option_without_a_value(self):
+        self.assertEqual(self.bash("build", "--quiet", ""), options_of("build"))
+        self.assertEqual(self.bash("build", "-q", ""), options_of("build"))
+
+    def test_bash_offers_fields_to_explain(self):
+        self.assertEqual(self.bash("explain", "ch5_p"), {"ch5_pg_count", "ch5_pg_delay", "ch5_port"})
+
     def test_bash_offers_values(self):
         for words in (["--format", ""], ["--format", "="], ["--color", "never", "--format", ""]):
             self.assertEqual(self.bash("lint", *words), {"text", "json", "sarif", "github",

@@ -95,8 +95,8 @@ class Causes {
 
   // Whether the message is that of the conversion, which fails for the parameter's number.
   bool isWrongWiring(const TracedParameter& parameter) const {
-    const bool is_conversions = !trace_.problem.empty() && trace_.missing.empty() &&
-                                message_.find(trace_.problem) != message_.npos;
+    const bool is_conversions =
+        !trace_.problem.empty() && message_.find(trace_.problem) != message_.npos;
     if (!is_conversions || parameter.facts == nullptr || parameter.settings.empty()) return false;
     const std::string& value = trace_.at(parameter.settings.back()).effect.value;
     return !hasSelector(parameter.facts->role, std::stoul(value));

@@ -96,9 +96,10 @@ std::optional<std::string> after(const std::string& beginning, const LogLine& me
 std::string propertyOf(const std::vector<std::string>& path_files) {
   setDeviceProperties("", "");
   const std::vector<std::string> defaults = build_paths();
-  const bool are_defaults = path_files.size() <= defaults.size() &&
-                            std::equal(path_files.begin(), path_files.end(), defaults.begin());
-  return are_defaults ? "" : path_files.front();
+  const size_t count = std::min(path_files.size(), defaults.size());
+  const std::vector<std::string> first(defaults.begin(),
+                                       defaults.begin() + static_cast<ptrdiff_t>(count));
+  return path_files == first ? "" : path_files.front();
 }
 
 }  // namespace
