@@ -556,6 +556,11 @@ class DeviceLog(CommandTest):
         self.assertEqual(result.returncode, 1)
         self.golden("explain.device_log.other_tree", result.stdout)
 
+    def test_what_the_process_logs_after_the_load_is_not_shown(self):
+        log = self.logcat("threadtime", with_others=False)
+        later = self.FORMATS["threadtime"].format(p="E", m="Cannot start the controller", s=0)
+        self.assertEqual(self.explain(log + later + "\n").stdout, self.explain(log).stdout)
+
     def test_a_log_that_ends_early_differs(self):
         self.log = self.log[:-1]
         shown = self.explain(self.logcat("threadtime")).stdout
