@@ -39,7 +39,8 @@ LiteralNode antennaTree(const std::string& antenna, const char* channel, bool ha
   return tree;
 }
 
-// The names that are compared: channel 5 is given none, channel 9 that of channel 5.
+// An antenna has its wiring unless it is named like the one before it. Before channel 5 stands the
+// empty name.
 LiteralNode fullTree(const std::string& ch5, const std::string& ch9) {
   LiteralNode tree = node(Kind::Group, "",
                           {node(Kind::Number16, "version"), antennaTree(ch5, "ch5", !ch5.empty()),

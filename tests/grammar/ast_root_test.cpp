@@ -270,7 +270,6 @@ TEST_P(AstRootOrder, EveryLineStartsFromAFreshState) {
   EXPECT_LOG(error("Expected Value"));
 }
 
-// The first group has read a number and a value's key when it gives up; the second starts anew.
 TEST_P(AstRootOrder, WidthAndExceptionsOfOneLineDoNotReachTheNext) {
   // Reads nothing, and leaves the stream as no other node expects it.
   class Careless : public AstNode {
@@ -291,6 +290,7 @@ TEST_P(AstRootOrder, WidthAndExceptionsOfOneLineDoNotReachTheNext) {
   EXPECT_EQ(word, "long");
 }
 
+// The first group has read a number and a value's key when it gives up; the second starts anew.
 TEST_P(AstRootOrder, EveryChildStartsFromTheSameText) {
   AstRoot tree("", std::nullopt, 0,
                {numberedGroup("grp", 0, {group("x", {param("a", &first)})}),

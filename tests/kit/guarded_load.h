@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <new>
 #include <vector>
@@ -32,5 +33,5 @@ struct Load {
 
   Bytes memory;
   uint32_t result = 0;
-  bool threw = false;  // std::bad_alloc; anything else passes.
+  bool threw = false;  // std::bad_alloc. Load does not catch anything else.
 };
