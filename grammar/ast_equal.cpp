@@ -6,7 +6,7 @@ AstEqual<T>::AstEqual(int depth) : AstNode("=", depth), child("", 0) {}
 
 template <typename T>
 bool AstEqual<T>::parse(std::istream& input) {
-  return input.good() && input.rdbuf()->sbumpc() == '=' && child.parse(input);
+  return readName(input) && child.parse(input);
 }
 
 template <typename T>

@@ -38,7 +38,7 @@ bool AstNode::readName(std::istream& input) const {
 }
 
 void AstNode::expectName() {
-  if (!name.empty()) beginning = std::istream::traits_type::to_int_type(name.front());
+  if (!name.empty()) first = std::istream::traits_type::to_int_type(name.front());
 }
 
 size_t AstNode::serializeId(std::optional<uint8_t> id, std::vector<uint8_t>& out) {

@@ -18,7 +18,8 @@
 // value, as members. No node knows its parent. The virtual functions keep this order in every
 // class. Nothing here may be used by two threads at once.
 //
-// Nodes read from the stream's buffer where they can, so they throw what the buffer throws.
+// Nodes read from the stream's buffer where they can: they throw what the buffer throws, and the
+// end of the text sets no state.
 class AstNode {
  public:
   // `name` is the literal text that the node matches, `depth` the number of blanks before it in
@@ -51,14 +52,12 @@ class AstNode {
 
   virtual ~AstNode();
 
-  // Promises that the node's text begins with its name, so that its group need not ask it about any
-  // other. For nodes with the parse() of this library: a derived class may have one of its own.
+  // Lets the group skip this node, without calling parse(), when a text does not begin with the
+  // first character of the name. Only for nodes whose parse() reads the name first.
   void expectName();
 
   // False when a text whose next character is `next` cannot be this node's.
-  bool canBeginWith(std::istream::int_type next) const {
-    return beginning == kAnything || beginning == next;
-  }
+  bool canBeginWith(std::istream::int_type next) const { return first == kAny || first == next; }
 
  protected:
   // Reads the name; true when it is there. Always consumes name.size() characters, also after a
@@ -75,8 +74,8 @@ class AstNode {
   const int32_t depth;
 
  private:
-  static constexpr std::istream::int_type kAnything = std::istream::traits_type::eof();
+  static constexpr std::istream::int_type kAny = std::istream::traits_type::eof();
 
-  // The character with which the node's text begins, if that is known.
-  std::istream::int_type beginning = kAnything;
+  // The character with which the node's text begins.
+  std::istream::int_type first = kAny;
 };

@@ -18,10 +18,10 @@ class AstParam : public AstNode {
   std::string getClass() const override;
   void print(std::ostream& out) const override;
   size_t serialize(std::vector<uint8_t>& out, EndiannessConversion conversion) const override;
-  ~AstParam() override;
   // Numbers are byte-swapped for any conversion other than NoConversion, texts never.
   void toBuffer(EndiannessConversion conversion) override;
   bool validate(std::vector<std::string>& missing, std::vector<std::string> path) override;
+  ~AstParam() override;  // Out of line, so that there is one copy.
 
  private:
   AstEqual<T> child;

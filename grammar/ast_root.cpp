@@ -26,7 +26,7 @@ void logIgnored(std::string_view line, std::string& copy) {
 // Blanks around the mark stay, so a key after "[CCC] " starts with a blank and matches nothing.
 std::string_view withoutCccMark(const Line& line, std::string& copy) {
   constexpr std::string_view kMark = "[CCC]";
-  const size_t mark = line.may_hold_ccc ? line.text.find(kMark) : line.text.npos;
+  const size_t mark = line.has_bracket ? line.text.find(kMark) : line.text.npos;
   if (mark == line.text.npos) return line.text;
   copy = line.text;
   return copy.erase(mark, kMark.size());

@@ -18,8 +18,7 @@ namespace {
 // Plain spellings are read directly, for speed. All others are read, or refused, by the stream.
 template <typename T>
 void extract(std::istream& input, T& value) {
-  std::optional<uint32_t> plain;
-  if (input.good()) plain = readPlainNumber(*input.rdbuf(), std::numeric_limits<T>::max());
+  const auto plain = readPlainNumber(input, std::numeric_limits<T>::max());
   if (plain.has_value()) {
     value = static_cast<T>(*plain);
   } else if constexpr (sizeof(T) == 1) {

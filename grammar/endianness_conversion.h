@@ -18,7 +18,6 @@ inline constexpr EndiannessConversion kMostSignificantByteFirst =
     __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__ ? EndiannessConversion::SwapBytes
                                               : EndiannessConversion::NoConversion;
 
-// A byte has no order.
 inline uint8_t byteSwapped(uint8_t value) {
   return value;
 }
@@ -28,7 +27,6 @@ inline uint16_t byteSwapped(uint16_t value) {
 inline uint32_t byteSwapped(uint32_t value) {
   return __builtin_bswap32(value);
 }
-// The characters of a text stay in their order.
 inline const std::string& byteSwapped(const std::string& text) {
   return text;
 }

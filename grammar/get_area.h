@@ -9,7 +9,8 @@
 // in memory that is the whole rest of the text, so lines, names and numbers are found where they
 // lie. What an area does not hold whole is read through the buffer's public functions.
 //
-// The area is protected. A derived class may name it in any buffer, as a pointer to a member.
+// Its functions are protected. A derived class may take pointers to them and call them on any
+// stream buffer; this class is derived for nothing else.
 class GetArea : private std::streambuf {
  public:
   static std::string_view of(const std::streambuf& text) {

@@ -33,69 +33,64 @@ bool holdsDoubleSlash(const char* begin, const char* end) {
   return false;
 }
 
-// True when a comment mark, "//", "#" or ";", stands in the part of a line before its first '='.
-bool holdsCommentMark(const char* begin, const char* equal) {
-  return find('#', begin, equal) != equal || find(';', begin, equal) != equal ||
-         holdsDoubleSlash(begin, equal);
-}
-
-// The same for a comment that begins with its mark, as most do. A '=' follows.
+// True for a comment that begins with its mark, as most do. A '=' follows.
 bool beginsWithCommentMark(const char* line) {
   return line[0] == '#' || line[0] == ';' || (line[0] == '/' && line[1] == '/');
 }
 
 }  // namespace
 
-LineReader::LineReader(std::istream& input) : input(input) {}
-
 bool LineReader::next(Line& line) {
-  while (!input.good() || !findInArea(line)) {
-    if (!readPartial()) return false;
-    const size_t equal = partial.find('=');
-    if (equal == partial.npos) continue;
-    line = {partial, holdsCommentMark(partial.data(), &partial[equal]), true};
-    return true;
+  Place place;
+  while (!input.good() || !findInArea(place)) {
+    if (!readPartial(place)) return false;
+    if (place.equal != place.end) break;
   }
+  line = judge(place);
   return true;
 }
 
-bool LineReader::readPartial() {
-  // Where the area ends the text, the line takes no more. std::getline() would not throw for want
-  // of memory: it would end the text.
-  if (input.good()) partial.reserve(GetArea::of(*input.rdbuf()).size());
-  if (!std::getline(input, partial)) return false;
-  // The area is another one now.
-  nearest = nullptr;
-  for (Mark& mark : marks) mark.place = nullptr;
-  return true;
-}
-
-bool LineReader::findInArea(Line& line) {
+bool LineReader::findInArea(Place& place) {
   std::streambuf& text = *input.rdbuf();
   const std::string_view area = GetArea::of(text);
   if (area.empty()) return false;
-  const char* const limit = area.data() + area.size();
-  const char* const equal = find('=', area.data(), limit);
-  const char* const end = find('\n', equal, limit);
-  const char* const begin = lineBegin(area.data(), equal);
-  const bool whole = end != limit;
-  GetArea::skip(text, static_cast<size_t>((whole ? end + 1 : begin) - area.data()));
-  if (!whole) return false;
-  line.text = {begin, static_cast<size_t>(end - begin)};
-  line.is_comment = beginsWithCommentMark(begin);
-  if (line.is_comment) return true;
-  line.may_hold_ccc = holdsMark(begin, end, limit);
-  line.is_comment = line.may_hold_ccc && holdsCommentMark(begin, equal);
+  place.limit = area.data() + area.size();
+  place.equal = find('=', area.data(), place.limit);
+  place.end = find('\n', place.equal, place.limit);
+  place.begin = lineBegin(area.data(), place.equal);
+  const bool whole = place.end != place.limit;
+  GetArea::skip(text, static_cast<size_t>((whole ? place.end + 1 : place.begin) - area.data()));
+  return whole;
+}
+
+bool LineReader::readPartial(Place& place) {
+  // Reserved here, since std::getline() does not throw when memory is short: it ends the text. Most
+  // such lines are the last one, with the rest of the area.
+  if (input.good()) partial.reserve(GetArea::of(*input.rdbuf()).size());
+  if (!std::getline(input, partial)) return false;
+  marks = {};
+  const char* const end = partial.data() + partial.size();
+  place = {partial.data(), find('=', partial.data(), end), end, end};
   return true;
 }
 
-bool LineReader::holdsMark(const char* begin, const char* end, const char* limit) {
-  if (nearest < begin) {
-    nearest = limit;
-    for (Mark& mark : marks) {
-      if (mark.place < begin) mark.place = find(mark.character, begin, limit);
-      nearest = std::min(nearest, mark.place);
-    }
-  }
-  return nearest < end;
+Line LineReader::judge(const Place& place) {
+  const std::string_view text(place.begin, static_cast<size_t>(place.end - place.begin));
+  if (beginsWithCommentMark(place.begin)) return {text, true, false};
+  if (marks.nearest < place.begin || marks.limit != place.limit) searchMarks(place);
+  if (marks.nearest >= place.end) return {text, false, false};
+  const bool is_comment = marks.hash < place.equal || marks.semicolon < place.equal ||
+                          (marks.slash < place.equal && holdsDoubleSlash(place.begin, place.equal));
+  return {text, is_comment, marks.bracket < place.end};
+}
+
+void LineReader::searchMarks(const Place& place) {
+  if (marks.limit != place.limit) marks = {};
+  marks.limit = place.limit;
+  const char* const begin = place.begin;
+  if (marks.hash < begin) marks.hash = find('#', begin, marks.limit);
+  if (marks.semicolon < begin) marks.semicolon = find(';', begin, marks.limit);
+  if (marks.slash < begin) marks.slash = find('/', begin, marks.limit);
+  if (marks.bracket < begin) marks.bracket = find('[', begin, marks.limit);
+  marks.nearest = std::min({marks.hash, marks.semicolon, marks.slash, marks.bracket});
 }

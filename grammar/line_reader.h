@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <array>
 #include <istream>
 #include <string>
 #include <string_view>
@@ -9,8 +8,8 @@
 // A line that holds a '=', without its '\n'.
 struct Line {
   std::string_view text;
-  bool is_comment = false;   // "//", "#" or ";" stands before its first '='.
-  bool may_hold_ccc = true;  // False when no "[CCC]" can be in it.
+  bool is_comment = false;  // "//", "#" or ";" stands before its first '='.
+  bool has_bracket = false;
 };
 
 // Finds the lines of a stream that hold a '='. They are searched for in the stream's get area, so
@@ -18,28 +17,40 @@ struct Line {
 class LineReader {
  public:
   // The stream is borrowed.
-  explicit LineReader(std::istream& input);
+  explicit LineReader(std::istream& input) : input(input) {}
 
   // Moves to the next line with a '='; false when there is none up to the end of the stream, as
   // std::getline() tells it. The line stays until the next call.
   bool next(Line& line);
 
  private:
-  // Where a character stands next: a text is searched for it once, not once per line.
-  struct Mark {
-    char character;
-    const char* place = nullptr;
+  // A line [begin, end) with its first '=', in a text that ends at `limit`.
+  struct Place {
+    const char* begin;
+    const char* equal;
+    const char* end;
+    const char* limit;
   };
 
-  // Reads the line that the area does not hold whole. False at the end of the stream.
-  bool readPartial();
-  // True if any mark is in [begin, end), in a text that ends at `limit`. `begin` never goes back.
-  bool holdsMark(const char* begin, const char* end, const char* limit);
+  // Where the characters stand next that tell what a line is. A text is searched for each of them
+  // once, not once per line.
+  struct NextMarks {
+    const char* hash = nullptr;
+    const char* semicolon = nullptr;
+    const char* slash = nullptr;
+    const char* bracket = nullptr;
+    const char* nearest = nullptr;
+    const char* limit = nullptr;
+  };
+
   // Finds a line in the stream's get area, or consumes all whole lines there.
-  bool findInArea(Line& line);
+  bool findInArea(Place& place);
+  // Reads the line that the area does not hold whole. False at the end of the stream.
+  bool readPartial(Place& place);
+  Line judge(const Place& place);
+  void searchMarks(const Place& place);
 
   std::istream& input;
-  std::array<Mark, 4> marks{{{'#'}, {';'}, {'/'}, {'['}}};
-  const char* nearest = nullptr;  // The first place of a mark.
-  std::string partial;            // A line that the area does not hold whole.
+  NextMarks marks;
+  std::string partial;
 };

@@ -17,6 +17,7 @@ size_t parsePlain(std::string_view area, uint32_t& number) {
   const auto [end, error] =
       std::from_chars(digits, area.data() + area.size(), number, hexadecimal ? 16 : 10);
   const ptrdiff_t count = end - digits;
+  // Longer numbers may not fit, and a 0 before other digits means octal.
   const ptrdiff_t most = hexadecimal ? 8 : zero ? 1 : 9;
   if (error != std::errc() || count > most) return 0;
   return static_cast<size_t>(end - area.data());
@@ -31,15 +32,18 @@ bool endsHere(std::streambuf& text) {
 
 }  // namespace
 
-std::optional<uint32_t> readPlainNumber(std::streambuf& text, uint32_t largest) {
+std::optional<uint32_t> readPlainNumber(std::istream& input, uint32_t largest) {
+  if (!input.good()) return std::nullopt;
+  std::streambuf& text = *input.rdbuf();
   uint32_t number = 0;
   const size_t count = parsePlain(GetArea::of(text), number);
   if (count == 0 || number > largest) return std::nullopt;
   const std::streampos start = text.pubseekoff(0, std::ios_base::cur, std::ios_base::in);
-  // There must be a way back.
+  // Without a position there is no way back.
   if (start == std::streampos(std::streamoff(-1))) return std::nullopt;
   GetArea::skip(text, count);
   if (endsHere(text)) return number;
-  text.pubseekpos(start, std::ios_base::in);
+  const std::streamoff back = text.pubseekpos(start, std::ios_base::in);
+  if (back < 0) input.setstate(std::ios_base::failbit);
   return std::nullopt;
 }

@@ -9,9 +9,8 @@
 // takes longer than reading a line, so one serves many lines.
 class TextStream {
  public:
-  // The stream at the beginning of `text`, in the state of a new one: no error, no width, no
-  // exceptions, decimal numbers, white space skipped. The text is borrowed and must stay while it
-  // is read.
+  // The stream at the beginning of `text`, with no error, no width, no exceptions, decimal numbers
+  // and white space skipped. The text is borrowed and must stay while it is read.
   std::istream& over(std::string_view text);
 
  private:

@@ -33,8 +33,7 @@ extern "C" {
  * @return the number of bytes written, min(TARNIX_UWB_PARAMS_SIZE, capacity); fewer than
  *         TARNIX_UWB_PARAMS_SIZE mean a truncated block. 0 when there is no valid calibration (the
  *         log says why), when `buffer` is null, and when `capacity` is 0; the buffer is then left
- *         untouched. The block's multi-byte fields are stored most significant byte first,
- *         whatever the host's order.
+ *         untouched. Multi-byte fields are stored most significant byte first on every host.
  *
  * Every parameter of a block was given by some file. Reading of a file stops at its first bad
  * value, which is logged; the parameters after it keep the values of other files.

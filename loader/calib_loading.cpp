@@ -55,7 +55,8 @@ std::optional<ccc_calib> parse_full_calibration(const antenna_selection& selecti
 
 bool read_calibrations(const std::string& path_file, const std::string& country_code,
                        std::vector<calibration>& calibrations) {
-  const std::optional<std::string> text = readTextFile(path_file);
+  // Throws when memory is short: a list without its rest must not pass for a whole one.
+  const std::optional<std::string> text = read_text_file(path_file);
   if (!text.has_value()) {
     __android_log_print(ANDROID_LOG_ERROR, nullptr, "Failed to open path file: %s",
                         path_file.c_str());

@@ -21,12 +21,11 @@ bool read_calibrations(const std::string& path_file, const std::string& country_
                        std::vector<calibration>& calibrations);
 
 // Parses the texts as one calibration, a later text winning over an earlier one, and checks it.
-// `path_file` is for the log. Returns InvalidCalibration, or ValidCalibration with `calib` written,
-// its 16- and 32-bit fields most significant byte first.
+// `path_file` is for the log. Returns ValidCalibration and writes `calib`, or InvalidCalibration.
 ParseResult parse_calibrations(const std::vector<calibration>& calibrations,
                                const std::string& path_file, ccc_calib& calib);
 
 // Reads, parses and checks the calibration that the path file lists. Writes `calib` only for
-// ValidCalibration, its 16- and 32-bit fields most significant byte first.
+// ValidCalibration; its 16- and 32-bit fields then hold the most significant byte first.
 ParseResult parse_calib_from_file_path(const std::string& path_file,
                                        const std::string& country_code, ccc_calib& calib);

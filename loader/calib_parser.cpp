@@ -7,9 +7,6 @@
 
 #include "loader/calib_path.h"
 
-CalibParser::CalibParser(ICalibReader& reader, const std::string& country_code)
-    : reader(reader), country_code(country_code) {}
-
 std::optional<calibration> CalibParser::parsePathFileEntry(const std::string& entry) {
   const std::string::size_type position = CalibPath::findCountryCodeComponent(entry);
   if (position == std::string::npos) {

@@ -12,7 +12,8 @@
 class CalibParser {
  public:
   // Both are borrowed and must outlive the parser. `country_code` is empty when none is set.
-  CalibParser(ICalibReader& reader, const std::string& country_code);
+  CalibParser(ICalibReader& reader, const std::string& country_code)
+      : reader(reader), country_code(country_code) {}
 
   // The whole line is the path, blanks included. With a placeholder in it, the country's file is
   // read, or the "default" one when the country has none.

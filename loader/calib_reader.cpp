@@ -9,7 +9,7 @@
 
 std::optional<std::string> CalibReader::read(const std::string& path) {
   try {
-    std::optional<std::string> text = readTextFile(path);
+    std::optional<std::string> text = read_text_file(path);
     if (!text.has_value()) {
       __android_log_print(ANDROID_LOG_ERROR, nullptr, "Unable to open file %s", path.c_str());
     }

@@ -3,8 +3,7 @@
 
 #include <string>
 
-// One calibration file as read: the path that was opened in the end, for the log, and its whole
-// text.
+// One calibration file as read: the path that was opened, for the log, and the whole text.
 struct calibration {
   std::string path;
   std::string content;

@@ -7,8 +7,8 @@
 #include "loader/calibration.h"
 
 // Parses every text with one tree, in order, so that a later file wins over an earlier one. A file
-// that fails is logged; what it set before its error stays. True when at least one file did not
-// fail.
+// that fails is logged and its rest ignored; what it set before stays. True when at least one file
+// did not fail.
 bool parse_pattern(AstRoot& tree, const std::vector<calibration>& calibrations);
 
 // True when no parameter lacks a value; otherwise the log names each one that does.

@@ -7,7 +7,6 @@
 // controller's block starts it at 0x0001, not at the usual 0x0000 or 0xFFFF.
 class Crc16 {
  public:
-  // The CRC of `length` bytes at `data`, from the register value `start`; `start` itself for length
-  // 0.
+  // The CRC of `length` bytes at `data`, from the register value `start`: `start` for no byte.
   uint16_t crc(const uint8_t* data, uint32_t length, uint16_t start) const;
 };

@@ -3,10 +3,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <limits>
 #include <sstream>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "grammar/text_stream.h"
 #include "tests/kit/one_way_buffer.h"
@@ -39,9 +41,10 @@ struct Plain {
 
 Plain plain(std::string_view text, uint32_t largest = kLargest) {
   TextStream texts;
-  std::streambuf& buffer = *texts.over(text).rdbuf();
-  const std::optional<uint32_t> value = readPlainNumber(buffer, largest);
-  return {value, buffer.pubseekoff(0, std::ios_base::cur, std::ios_base::in)};
+  std::istream& input = texts.over(text);
+  const std::optional<uint32_t> value = readPlainNumber(input, largest);
+  EXPECT_TRUE(input.good());
+  return {value, input.rdbuf()->pubseekoff(0, std::ios_base::cur, std::ios_base::in)};
 }
 
 // A number that is taken is what the stream's own extraction would have made of the text, and a
@@ -140,8 +143,77 @@ TEST(PlainNumber, ANumberAboveTheLargestIsLeftToTheStream) {
 
 TEST(PlainNumber, ATextWithoutAWayBackIsNotTouched) {
   OneWayBuffer text("5");
-  EXPECT_EQ(readPlainNumber(text, kLargest), std::nullopt);
+  std::istream input(&text);
+  EXPECT_EQ(readPlainNumber(input, kLargest), std::nullopt);
+  EXPECT_TRUE(input.good());
   EXPECT_EQ(text.sgetc(), '5');
+}
+
+// Has two characters ready at a time. Tells its position, and goes back only if `seeks`.
+class SmallAreas : public std::streambuf {
+ public:
+  SmallAreas(std::string text, bool seeks) : text(std::move(text)), seeks(seeks) {}
+
+ protected:
+  int_type underflow() override {
+    begin += egptr() - eback();
+    return show(0);
+  }
+  pos_type seekoff(off_type, std::ios_base::seekdir, std::ios_base::openmode) override {
+    return begin + (gptr() - eback());
+  }
+  pos_type seekpos(pos_type place, std::ios_base::openmode) override {
+    if (!seeks) return pos_type(off_type(-1));
+    begin = place - place % 2;
+    show(place % 2);
+    return place;
+  }
+
+ private:
+  int_type show(off_type skipped) {
+    char* const first = text.data() + begin;
+    setg(first, first + skipped, std::min(first + 2, text.data() + text.size()));
+    return gptr() == egptr() ? traits_type::eof() : traits_type::to_int_type(*gptr());
+  }
+
+  std::string text;
+  const bool seeks;
+  off_type begin = 0;
+};
+
+TEST(PlainNumber, ANumberAcrossAreasIsLeftToTheStream) {
+  SmallAreas text("1234\n", true);
+  text.sgetc();  // The first area is there.
+  std::istream input(&text);
+  EXPECT_EQ(readPlainNumber(input, kLargest), std::nullopt);
+  uint32_t value = 0;
+  EXPECT_TRUE(input >> value);
+  EXPECT_EQ(value, 1234u);
+}
+
+TEST(PlainNumber, ANumberAtTheEndOfAnAreaIsTaken) {
+  for (const char* const end : {"", " ", "\n5"}) {
+    SmallAreas text(std::string("12") + end, false);
+    text.sgetc();
+    std::istream input(&text);
+    EXPECT_EQ(readPlainNumber(input, kLargest), 12u);
+    EXPECT_TRUE(input.good());
+  }
+}
+
+TEST(PlainNumber, AStreamThatCannotGoBackFails) {
+  SmallAreas text("1234\n", false);
+  text.sgetc();
+  std::istream input(&text);
+  EXPECT_EQ(readPlainNumber(input, kLargest), std::nullopt);
+  EXPECT_TRUE(input.fail());
+}
+
+TEST(PlainNumber, AFailedStreamIsNotRead) {
+  std::istringstream input("5");
+  input.setstate(std::ios_base::eofbit);
+  EXPECT_EQ(readPlainNumber(input, kLargest), std::nullopt);
+  EXPECT_EQ(input.rdbuf()->sgetc(), '5');
 }
 
 }  // namespace

@@ -82,9 +82,9 @@ TEST_F(TextFile, TextsOfEverySizeAreRead) {
   for (const size_t size :
        {0u, 1u, 15u, 16u, 4095u, 4096u, 4097u, 8191u, 8192u, 8193u, 16384u, 100000u}) {
     tree.write("file", textOfSize(size));
-    EXPECT_EQ(readTextFile("file"), textOfSize(size)) << size;
+    EXPECT_EQ(read_text_file("file"), textOfSize(size)) << size;
     told_size = static_cast<off_t>(size);
-    EXPECT_EQ(readTextFile("file"), textOfSize(size)) << size;
+    EXPECT_EQ(read_text_file("file"), textOfSize(size)) << size;
     told_size.reset();
   }
 }
@@ -92,19 +92,19 @@ TEST_F(TextFile, TextsOfEverySizeAreRead) {
 TEST_F(TextFile, EveryByteIsKept) {
   const std::string text("a\r\n\0\xff\x1a\nb", 8);
   tree.write("file", text);
-  EXPECT_EQ(readTextFile("file"), text);
+  EXPECT_EQ(read_text_file("file"), text);
 }
 
 TEST_F(TextFile, AMissingFileHasNoText) {
-  EXPECT_EQ(readTextFile("file"), std::nullopt);
-  EXPECT_EQ(readTextFile(""), std::nullopt);
+  EXPECT_EQ(read_text_file("file"), std::nullopt);
+  EXPECT_EQ(read_text_file(""), std::nullopt);
 }
 
 TEST_F(TextFile, ALargeTextIsHeldOnce) {
   constexpr size_t kSize = 1000000;
   tree.write("file", textOfSize(kSize));
   told_size = kSize;
-  EXPECT_LT(readTextFile("file")->capacity(), kSize + 16);  // libc++ rounds up.
+  EXPECT_LT(read_text_file("file")->capacity(), kSize + 16);  // libc++ rounds up.
 }
 
 TEST_F(TextFile, AWrongSizeRefusesNoFile) {
@@ -113,47 +113,47 @@ TEST_F(TextFile, AWrongSizeRefusesNoFile) {
   for (const off_t size : {off_t{0}, off_t{1}, off_t{4096}, off_t{49999}, off_t{50001}, off_t{-1},
                            std::numeric_limits<off_t>::max()}) {
     told_size = size;
-    EXPECT_EQ(readTextFile("file"), textOfSize(50000)) << size;
+    EXPECT_EQ(read_text_file("file"), textOfSize(50000)) << size;
   }
 }
 
 TEST_F(TextFile, AReadingMayGiveLessThanAskedFor) {
   tree.write("file", textOfSize(9000));
   readings = {1, 4095, 3};
-  EXPECT_EQ(readTextFile("file"), textOfSize(9000));
+  EXPECT_EQ(read_text_file("file"), textOfSize(9000));
 }
 
 TEST_F(TextFile, AnInterruptedReadingIsRepeated) {
   tree.write("file", textOfSize(9000));
   readings = {-EINTR, 100, -EINTR, -EINTR};
-  EXPECT_EQ(readTextFile("file"), textOfSize(9000));
+  EXPECT_EQ(read_text_file("file"), textOfSize(9000));
 }
 
 TEST_F(TextFile, AReadErrorEndsTheText) {
   tree.write("file", textOfSize(9000));
   readings = {100, 50, -EIO};
-  EXPECT_EQ(readTextFile("file"), textOfSize(150));
+  EXPECT_EQ(read_text_file("file"), textOfSize(150));
   readings = {-EIO};
-  EXPECT_EQ(readTextFile("file"), "");
+  EXPECT_EQ(read_text_file("file"), "");
 }
 
 TEST_F(TextFile, ADirectoryHasAnEmptyText) {
   tree.makeDirectory("folder");
-  EXPECT_EQ(readTextFile("folder"), "");
+  EXPECT_EQ(read_text_file("folder"), "");
 }
 
 TEST_F(TextFile, APipeIsReadToItsEnd) {
   ASSERT_EQ(mkfifo("pipe", 0600), 0);
   const std::string text = textOfSize(50000);
   std::thread writer([&text] { std::ofstream("pipe") << text; });
-  EXPECT_EQ(readTextFile("pipe"), text);
+  EXPECT_EQ(read_text_file("pipe"), text);
   writer.join();
 }
 
 TEST_F(TextFile, ATextWithoutRoomIsThrown) {
   tree.write("file", textOfSize(9000));
   const FailingAllocation failure(0);
-  EXPECT_THROW(readTextFile("file"), std::bad_alloc);
+  EXPECT_THROW(read_text_file("file"), std::bad_alloc);
 }
 
 }  // namespace

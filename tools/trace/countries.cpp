@@ -41,7 +41,7 @@ TreeCountries countriesOfTree() {
   std::set<std::string> codes;
   std::set<std::string> others;
   for (const std::string& path : build_paths()) {
-    const std::string content = readTextFile(path).value_or("");
+    const std::string content = read_text_file(path).value_or("");
     std::string_view rest = content;
     for (std::string entry; next_entry(rest, entry);) addCountriesOf(entry, codes, others);
   }

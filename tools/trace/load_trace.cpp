@@ -46,7 +46,7 @@ TracedEntry traceEntry(size_t number, const std::string& text, const std::string
 TracedPathFile tracePathFile(const std::string& path, const std::string& country,
                              std::vector<calibration>& calibrations) {
   TracedPathFile traced{tracePath(path), {}};
-  const std::string content = readTextFile(path).value_or("");
+  const std::string content = read_text_file(path).value_or("");
   std::string_view rest = content;
   for (std::string text; next_entry(rest, text);) {
     traced.entries.push_back(traceEntry(traced.entries.size() + 1, text, country, calibrations));
