@@ -9,8 +9,8 @@
 // What a load depends on, besides files. Empty texts are unset properties.
 void setDeviceProperties(const std::string& country, const std::string& path_file);
 
-// The library: the one that is linked into this program or, if a file is named, a shared one, opened
-// as the device's service opens it.
+// The library: the one that is linked into this program or, if a file is named, a shared one,
+// opened as the device's service opens it.
 class DeviceLibrary {
  public:
   // Throws std::runtime_error when the file or its function cannot be found.
