@@ -4,7 +4,7 @@
 import ast
 import re
 
-TOKEN = re.compile(r'\s+|//[^\n]*|(?P<token>"(?:\\.|[^"\\])*"|[\w.]+|[{}\[\]:,])')
+TOKEN = re.compile(r'\s+|//[^\n]*|(?P<token>"(?:\\.|[^"\\])*"|[\w.]+|[{}\[\]:,+])')
 
 
 class Reader:
@@ -35,7 +35,11 @@ class Reader:
             return self._items("]", self._value)
         if token in ("true", "false"):
             return token == "true"
-        return ast.literal_eval(token)
+        text = ast.literal_eval(token)
+        while self._tokens and self._tokens[0] == "+":
+            self._tokens.pop(0)
+            text += ast.literal_eval(self._tokens.pop(0))
+        return text
 
     def _property(self):
         name = self._tokens.pop(0)

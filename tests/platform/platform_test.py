@@ -7,9 +7,13 @@
 import argparse
 import glob
 import json
+import os
 import pathlib
 import re
+import shutil
+import subprocess
 import sys
+import tempfile
 import unittest
 
 import blueprint
@@ -25,7 +29,8 @@ OF_THE_PLATFORM = (
     "libbase", "libbase_headers", "libgmock", "libjsoncpp", "liblog", "liblog_headers", "libz"
 )
 OPTIONS = argparse.Namespace(sources=None)
-MODULES = blueprint.modules_of(ROOT / "Android.bp")
+EXAMPLES = blueprint.modules_of(DEVICE / "Android.bp")
+MODULES = {**blueprint.modules_of(ROOT / "Android.bp"), **EXAMPLES}
 
 
 def as_list(value):
@@ -75,14 +80,16 @@ class AndroidBp(unittest.TestCase):
 
     def test_every_path_exists(self):
         for name, (_, properties) in MODULES.items():
+            folder = DEVICE if name in EXAMPLES else ROOT
             for path in (p for key in PATHS for p in as_list(properties.get(key, []))):
                 if not path.startswith(":"):
                     with self.subTest(module=name, path=path):
-                        self.assertTrue(glob.glob(str(ROOT / path)))
+                        self.assertTrue(glob.glob(str(folder / path)))
 
     def test_every_module_that_is_named_exists(self):
         for name, (_, properties) in MODULES.items():
-            named = [p[1:] for p in as_list(properties.get("srcs", [])) if p.startswith(":")]
+            paths = (p for key in ("srcs", "src") for p in as_list(properties.get(key, [])))
+            named = [p[1:] for p in paths if p.startswith(":")]
             for key in ("defaults", "required", "tools"):
                 named += properties.get(key, [])
             for key in ("shared_libs", "static_libs", "header_libs"):
@@ -129,6 +136,46 @@ class TestMapping(unittest.TestCase):
         listed = [test["name"] for tests in groups.values() for test in tests]
         tests = [name for name, (kind, _) in MODULES.items() if kind == "cc_test"]
         self.assertEqual(sorted(listed), sorted(tests))
+
+
+@unittest.skipIf("COMMAND" not in os.environ, "needs the command")
+class CalibrationCheck(unittest.TestCase):
+    """The command lines of the rules in examples/device, run as the platform's build runs them."""
+
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.top = pathlib.Path(folder.name)
+        self.etc = self.top / "vendor/tarnix/uwb_params_nfcc/examples/vendor/etc"
+        shutil.copytree(ROOT / "examples/vendor/etc", self.etc)
+
+    def run_rule(self, name):
+        _, rule = EXAMPLES[f"tarnix_uwb_params_nfcc_example_{name}"]
+        words = {"$(location tarnix-uwb-params)": os.environ["COMMAND"], "$(out)": "out", "$$": "$"}
+        command = rule["cmd"]
+        for word, value in words.items():
+            command = command.replace(word, value)
+        self.assertNotIn("$(", command)
+        return subprocess.run(command, shell=True, cwd=self.top, capture_output=True, text=True)
+
+    def test_good_calibration_gives_the_path_file(self):
+        done = self.run_rule("check")
+        self.assertEqual(done.returncode, 0, done.stderr)
+        self.assertEqual((self.top / "out").read_text(),
+                         (self.etc / "uwb_calib_paths.conf").read_text())
+
+    def test_mistake_fails_the_build_and_names_its_line(self):
+        with open(self.etc / "uwb/us/calib.conf", "a", encoding="ascii") as file:
+            file.write("xtal_trm=40\n")
+        done = self.run_rule("check")
+        self.assertEqual(done.returncode, 1)
+        path = "vendor/tarnix/uwb_params_nfcc/examples/vendor/etc/uwb/us/calib.conf"
+        self.assertRegex(done.stdout, rf"(?m)^{path}:4:1: warning: no parameter has the key 'xtal_trm'")
+        self.assertFalse((self.top / "out").exists())
+
+    def test_countries_are_an_output(self):
+        self.assertEqual(self.run_rule("countries").returncode, 0)
+        self.assertRegex((self.top / "out").read_text(), r"(?m)^us +block +0x54D3")
 
 
 class DeviceExamples(unittest.TestCase):
