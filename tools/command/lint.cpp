@@ -40,10 +40,10 @@ void checkFile(const LoadTrace& trace, size_t index, const Lines& taken, Finding
   const std::string name = traced.path + '\n' + trace.selection.ch5 + '\n' + trace.selection.ch9;
   findings.once(name, [&] {
     const CheckedFile file(trace, index, taken);
-    const std::string& first = traced.content;
-    const std::string first_key =
-        hasByteOrderMark(first) ? first.substr(3, first.find('=') - 3) : "";
-    checkText(traced.path, traced.content, first_key, findings);
+    // A byte order mark makes the first key another one.
+    const std::string& text = traced.content;
+    const std::string first_key = hasByteOrderMark(text) ? text.substr(3, text.find('=') - 3) : "";
+    checkText(traced.path, text, first_key, findings);
     checkLines(file, findings);
     checkValues(file, findings);
   });

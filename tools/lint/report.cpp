@@ -37,6 +37,27 @@ void sortGroups(std::vector<Group>& groups) {
             [](const Group& a, const Group& b) { return comesBefore(a.finding, b.finding); });
 }
 
+// "40 countries", "any other country", "no country code".
+std::vector<std::string> kindsOf(const std::vector<std::string>& loads) {
+  std::vector<std::string> special;
+  for (const std::string& country : loads) {
+    if (country.empty() || country == kOtherCountry) special.push_back(countryTitle(country));
+  }
+  const size_t countries = loads.size() - special.size();
+  const std::string word = countries == 1 ? " country" : " countries";
+  if (countries > 0) special.insert(special.begin(), std::to_string(countries) + word);
+  return special;
+}
+
+std::vector<std::string> countsOf(const LintReport& report) {
+  std::vector<std::string> counts;
+  for (const Severity severity : {Severity::Error, Severity::Warning, Severity::Note}) {
+    const size_t count = report.count(severity);
+    if (count > 0) counts.push_back(counted(count, wordFor(severity)));
+  }
+  return counts;
+}
+
 }  // namespace
 
 size_t LintReport::count(Severity severity) const {
@@ -70,30 +91,14 @@ std::string LintReport::messageOf(const Finding& consequence, const Finding& cau
 }
 
 std::string LintReport::summary() const {
-  std::vector<std::string> what;
-  const auto countries =
-      static_cast<size_t>(std::count_if(loads.begin(), loads.end(), [](const std::string& c) {
-        return !c.empty() && c != kOtherCountry;
-      }));
-  if (countries > 0)
-    what.push_back(std::to_string(countries) + (countries == 1 ? " country" : " countries"));
-  for (const std::string& country : {std::string(kOtherCountry), std::string()}) {
-    if (std::count(loads.begin(), loads.end(), country) > 0) what.push_back(countryTitle(country));
-  }
-  std::vector<std::string> found;
-  for (const Severity severity : {Severity::Error, Severity::Warning, Severity::Note}) {
-    if (count(severity) > 0) found.push_back(counted(count(severity), wordFor(severity)));
-  }
-  std::string text = counted(loads.size(), "load") + " (" + joined(what, ", ") + "): " +
-                     (without_block == 0 ? "each gives a block"
-                                         : std::to_string(without_block) + " without a block") +
-                     "; " + (found.empty() ? "nothing found" : joined(found, ", "));
+  std::string text = counted(loads.size(), "load") + " (" + joined(kindsOf(loads), ", ") + "): ";
+  text += without_block == 0 ? "each gives a block"
+                             : std::to_string(without_block) + " without a block";
+  text += "; " + (groups.empty() ? "nothing found" : joined(countsOf(*this), ", "));
   if (stale > 0) text += "; " + counted(stale, "line") + " of the baseline match nothing";
-  if (!not_taken.empty()) {
-    text +=
-        "; not taken for countries: " + joined(not_taken, ", ") + " (name them with --countries)";
-  }
-  return text;
+  if (not_taken.empty()) return text;
+  return text + "; not taken for countries: " + joined(not_taken, ", ") +
+         " (name them with --countries)";
 }
 
 void Exceptions::ignore(const std::string& rule_and_path) {

@@ -56,7 +56,9 @@ std::vector<std::string> countriesToLoad(const std::string& list) {
     countries = countriesOfTree().codes;
     countries.insert(countries.end(), {kOtherCountry, ""});
   }
-  for (const std::string& word : split(list, ',')) countries.push_back(codeFor(word));
+  for (const std::string& word : split(list, ',')) {
+    if (!word.empty()) countries.push_back(codeFor(word));
+  }
   return countries;
 }
 
