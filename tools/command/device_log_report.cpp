@@ -176,10 +176,11 @@ std::string asText(const Report& report, const Paint& paint) {
   const auto side = [](const std::string& text) {
     return text.empty() ? "(nothing more)" : printable(text);
   };
+  const Difference& difference = *report.difference;
   return out + "the tree is not the device's: its load differs from line " +
-         std::to_string(report.difference->line) + " of the log on\n" +
-         paint.red("- " + side(report.difference->log)) + "\n" +
-         paint.green("+ " + side(report.difference->tree)) + "\n";
+         std::to_string(difference.line) + " of the log on\n" +
+         paint.red("- " + side(difference.log)) + "\n" + paint.green("+ " + side(difference.tree)) +
+         "\n";
 }
 
 JsonMembers jsonOf(const Report& report) {

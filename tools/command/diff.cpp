@@ -124,7 +124,7 @@ class Changes {
     return without_block_.empty() ? "" : "no block on either side: " + joined(without_block_, ", ");
   }
 
-  std::string text() const {
+  std::string asText() const {
     std::string out;
     for (const Change& change : changes_) {
       out += paint_.bold(change.title) + countriesText(change) + "\n" + change.text;
@@ -132,7 +132,7 @@ class Changes {
     return out;
   }
 
-  std::string json() const {
+  std::string asJson() const {
     std::vector<JsonValue> differences;
     for (const Change& change : changes_) {
       JsonMembers json = change.json;
@@ -217,7 +217,7 @@ Outcome diff(const Options& options, const Paint& paint) {
     return {kFindings, std::nullopt, "no valid calibration in " + first + " and " + second};
   }
   return {changes.empty() ? kGood : kFindings,
-          options.format == "json" ? changes.json() : changes.text(),
+          options.format == "json" ? changes.asJson() : changes.asText(),
           {},
           changes.remark()};
 }

@@ -39,7 +39,7 @@ class Explanation {
     if (trace.decided) checkNames();
   }
 
-  std::string text() const {
+  std::string asText() const {
     std::string out = filesText();
     if (!trace_.decided) return out;
     out += "\n" + selectionText();
@@ -54,7 +54,7 @@ class Explanation {
     return out;
   }
 
-  JsonMembers json() const {
+  JsonMembers asJson() const {
     JsonMembers json = {{"country", trace_.country}, {"valid", trace_.block.has_value()}};
     if (!trace_.block.has_value()) json.emplace_back("problem", trace_.problem);
     if (!trace_.decided) {
@@ -285,6 +285,6 @@ Outcome explain(const Options& options, const Paint& paint) {
   const LoadTrace trace = traceOf(options);
   const Explanation explanation(trace, options.operands, paint);
   const int status = trace.block.has_value() ? kGood : kFindings;
-  if (options.format == "json") return {status, documentOf(explanation.json()), {}};
-  return {status, explanation.text(), {}};
+  if (options.format == "json") return {status, documentOf(explanation.asJson()), {}};
+  return {status, explanation.asText(), {}};
 }

@@ -17,6 +17,8 @@ Tree::Tree(const std::string& root, const Options& options, OpenRedirect::Opens 
                            std::strerror(errno));
 }
 
+Tree::~Tree() = default;
+
 TreeLoad loadTree(const std::string& country, const Options& options, const DeviceLibrary& library,
                   LoadTracer& tracer) {
   setDeviceProperties(country, options.path_file);

@@ -2,7 +2,6 @@
 #include "tools/text/text.h"
 
 #include <algorithm>
-#include <cstdio>
 
 namespace {
 
@@ -23,6 +22,15 @@ bool isForbidden(uint8_t first, uint8_t second) {
          (first == 0xF0 && second < 0x90) || (first == 0xF4 && second > 0x8F);
 }
 
+// At least `least` digits.
+std::string digitsOf(uint32_t number, size_t least, const char* set) {
+  std::string digits;
+  for (; number != 0 || digits.size() < least; number /= 16) {
+    digits.insert(digits.begin(), set[number % 16]);
+  }
+  return digits;
+}
+
 }  // namespace
 
 size_t characterLength(const std::string& text, size_t at) {
@@ -41,15 +49,11 @@ bool isControl(uint8_t byte) {
 }
 
 std::string hex(uint32_t number, int digits) {
-  char text[16];
-  std::snprintf(text, sizeof(text), "0x%0*X", digits, number);
-  return text;
+  return "0x" + digitsOf(number, static_cast<size_t>(digits), "0123456789ABCDEF");
 }
 
 std::string hexByte(uint8_t byte) {
-  char text[4];
-  std::snprintf(text, sizeof(text), "%02x", byte);
-  return text;
+  return digitsOf(byte, 2, "0123456789abcdef");
 }
 
 std::string padded(const std::string& text, size_t width) {
