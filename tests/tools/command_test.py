@@ -561,6 +561,19 @@ class DeviceLog(CommandTest):
         later = self.FORMATS["threadtime"].format(p="E", m="Cannot start the controller", s=0)
         self.assertEqual(self.explain(log + later + "\n").stdout, self.explain(log).stdout)
 
+    def test_any_bytes(self):
+        words = [line.encode() for line in self.log] + [
+            b"\n", b"\n\n", b"\r", b"\0", b"\xff", b" ", b"I ", b"I/", b"[ ", b" ]", b"12:34", b": ",
+            b"load_uwb_params_from_files entry, version", b"Reading path file ", b"\\x0d",
+            b"Using country code: "]
+        chance = random.Random(12)
+        for index in range(60):
+            log = b"".join(chance.choices(words, k=chance.randrange(40)))
+            result = run("explain", "--root", self.folder, "--device-log", "-", stdin=log)
+            self.assertIn(result.returncode, (0, 1, 2), (index, log))
+            self.assertLessEqual(result.stderr.count(b"\n"), 1, log)
+            result.stdout.decode()
+
     def test_a_log_that_ends_early_differs(self):
         self.log = self.log[:-1]
         shown = self.explain(self.logcat("threadtime")).stdout

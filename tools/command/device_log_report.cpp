@@ -66,7 +66,7 @@ class Causes {
     }
   }
 
-  std::vector<Cause> take() { return std::move(causes_); }
+  const std::vector<Cause>& found() const { return causes_; }
 
  private:
   void add(const LineRef& ref) {
@@ -156,7 +156,7 @@ Report reportOn(const Options& options) {
   report.trace = traceLoad(report.load.country);
   for (const DeviceLogLine& line : report.load.lines) {
     if (!isError(line.message, expected)) continue;
-    report.errors.push_back({line, Causes(report.trace, line.message.text).take()});
+    report.errors.push_back({line, Causes(report.trace, line.message.text).found()});
   }
   return report;
 }
