@@ -9,14 +9,12 @@ import os
 import pathlib
 import platform
 import re
-import statistics
 import subprocess
 import sys
 
 HERE = pathlib.Path(__file__).resolve().parent
 COUNTS = HERE / "instructions.txt"
 CORPORA = ["typical", "commented", "keys", "noise"]
-CONTENDERS = ["library", "inih", "GKeyFile", "single pass"]
 TOLERANCE = 0.03
 
 # The C library picks its routines by the processor. Without any that not every x86-64 processor
@@ -64,12 +62,10 @@ def toolchain():
 
 def print_setup():
     cpu = re.search(r"model name\s*: (.*)", pathlib.Path("/proc/cpuinfo").read_text())
-    versions = output_of("pkg-config", "--modversion", "inih", "glib-2.0").split()
     print(f"Machine   {cpu[1] if cpu else 'unknown processor'}, {os.cpu_count()} processors, "
           f"{platform.system()} {platform.release()}")
     print(f"Date      {datetime.date.today()}")
     print(f"Built by  {toolchain()}; -O2, optimised across files")
-    print(f"Beside    inih {versions[0]}, GKeyFile of GLib {versions[1]}")
 
 
 class Bench:
@@ -78,40 +74,35 @@ class Bench:
     def __init__(self, build):
         self.programs = build / "benchmarks"
         self.library = build / "libtarnix_uwb_params_nfcc.so"
+        self.empty_library = self.programs / "libempty_library.so"
         self.corpora = build / "corpora"
         output_of(sys.executable, HERE / "make_corpora.py", self.corpora)
 
     def text_size(self, corpus):
         return (self.corpora / corpus / "calib.conf").stat().st_size
 
-    def measured(self, instrument, corpus, contender, wrapper=(), warm_ups=1, **environment):
+    def measured(self, instrument, corpus, part, library=None, wrapper=(), **environment):
+        """The output of the program that measures one part of loading a corpus."""
         program = self.programs / f"measure_{instrument}"
-        return output_of(*wrapper, program, self.library, self.corpora / corpus, contender,
-                         warm_ups, **environment)
+        return output_of(*wrapper, program, library or self.library, self.corpora / corpus, part,
+                         **environment)
 
-    def instructions(self, pin, corpus, contender="library", warm_ups=1):
+    def instructions(self, pin, corpus, part="later", library=None):
         log = self.corpora / "callgrind.log"
-        self.measured("instructions", corpus, contender,
+        self.measured("instructions", corpus, part, library,
                       ("valgrind", "--tool=callgrind", "--instr-atstart=no",
                        "--callgrind-out-file=/dev/null", f"--log-file={log}"),
-                      warm_ups, GLIBC_TUNABLES=f"glibc.cpu.hwcaps={PINS[pin]}")
+                      GLIBC_TUNABLES=f"glibc.cpu.hwcaps={PINS[pin]}")
         return int(re.search(r"Collected : (\d+)", log.read_text())[1])
 
-    def heap(self, corpus, contender):
-        """The count of allocations and the most bytes held at once."""
-        # GLib keeps what it has ever had for its next pieces, so only a first load shows it all.
-        text = self.measured("heap", corpus, contender, warm_ups=0)
-        return [int(number) for number in text.split()]
+    def heap(self, corpus):
+        """The count of allocations of a first load, and the most bytes held at once."""
+        return [int(number) for number in self.measured("heap", corpus, "first").split()]
 
-    def system_calls(self, contender):
+    def system_calls(self):
         log = self.corpora / "strace.log"
-        self.measured("system_calls", "typical", contender, ("strace", "-o", log))
+        self.measured("system_calls", "typical", "later", wrapper=("strace", "-o", log))
         return log.read_text().split("getppid")[1].count("\n") - 1
-
-    def cold_start(self, program, library):
-        """The nanoseconds that opening and the first call take in a fresh process."""
-        text = output_of(self.programs / program, library, self.corpora / "typical")
-        return [int(number) for number in text.split()]
 
 
 def time_of_loads(bench):
@@ -127,44 +118,29 @@ def time_of_loads(bench):
 
 def print_times(bench):
     times = time_of_loads(bench)
-
-    def ratios(name):
-        return [f"{times[f'{corpus}/{name}'] / times[f'{corpus}/floor']:.1f}" for corpus in CORPORA]
-
-    rows = [[name, *ratios(name)]
-            for name in ["library", "library, log formatted", *CONTENDERS[1:]]]
+    rows = [[name, *[f"{times[f'{corpus}/{name}'] / times[f'{corpus}/floor']:.1f}"
+                     for corpus in CORPORA]]
+            for name in ("library", "library, log formatted")]
     floor = [f"{times[f'{corpus}/floor']:.0f} us" for corpus in CORPORA]
     print_table("Time of a load, as a multiple of opening, reading and closing the same files",
                 CORPORA, [*rows, ["those files alone", *floor]])
 
 
-def print_cold_starts(bench):
-    empty = bench.programs / "libempty_library.so"
-    rows = []
-    for name, program in (("its libraries loaded before", "cold_start_in_service"),
-                          ("nothing loaded before", "cold_start")):
-        runs = [(bench.cold_start(program, bench.library), bench.cold_start(program, empty))
-                for _ in range(201)]
-        opening, call = (statistics.median(run[0][part] for run in runs) for part in (0, 1))
-        nothing = statistics.median(sum(run[1]) for run in runs)
-        rows.append([name, f"{(opening + call) / nothing:.1f}", f"{opening / nothing:.1f}",
-                     f"{call / nothing:.1f}", f"{nothing / 1e3:.0f} us"])
-    print_table("Cold start on 'typical', as a multiple of opening and calling an empty library",
-                ["whole", "dlopen", "first call", "empty library"], rows)
-
-
 def print_instructions(bench):
+    rows, cold = [], []
     for pin in PINS:
-        rows = []
-        for contender in CONTENDERS:
-            counts = [bench.instructions(pin, corpus, contender) for corpus in CORPORA]
-            per_byte = [f"{count / bench.text_size(corpus):.1f}"
-                        for count, corpus in zip(counts[1:], CORPORA[1:])]
-            rows.append([contender, f"{counts[0]:,}", *per_byte])
-        first = bench.instructions(pin, "typical", warm_ups=0)
-        rows.append(["library, first call", f"{first:,}", "", "", ""])
-        print_table(f"Instructions of a load, {pin} of the C library",
-                    ["typical", *[f"{corpus}, per byte" for corpus in CORPORA[1:]]], rows)
+        counts = [bench.instructions(pin, corpus) for corpus in CORPORA]
+        per_byte = [f"{count / bench.text_size(corpus):.1f}"
+                    for count, corpus in zip(counts[1:], CORPORA[1:])]
+        first = bench.instructions(pin, "typical", "first")
+        rows.append([pin, f"{counts[0]:,}", f"{first:,}", *per_byte])
+        for name, library in (("", None), (", empty library", bench.empty_library)):
+            parts = [bench.instructions(pin, "typical", part, library)
+                     for part in ("dlopen", "cold")]
+            cold.append([pin + name, *[f"{count:,}" for count in parts]])
+    print_table("Instructions of a load",
+                ["typical", "first call", *[f"{corpus}, per byte" for corpus in CORPORA[1:]]], rows)
+    print_table("Instructions of a cold start on 'typical'", ["dlopen", "and the first call"], cold)
     print_growth(bench)
 
 
@@ -172,44 +148,39 @@ def print_growth(bench):
     pin = next(iter(PINS))
     growth = [bench.instructions(pin, corpus + "10") / bench.instructions(pin, corpus)
               for corpus in CORPORA[1:]]
-    size = [bench.text_size(corpus + "10") / bench.text_size(corpus) for corpus in CORPORA[1:]]
-    print_table("10 MB as a multiple of 1 MB", CORPORA[1:],
-                [["library, instructions", *[f"{ratio:.2f}" for ratio in growth]],
-                 ["size of the text", *[f"{ratio:.2f}" for ratio in size]]])
+    print_table("Instructions of 10 MB, as a multiple of those of 1 MB", CORPORA[1:],
+                [[pin, *[f"{ratio:.2f}" for ratio in growth]]])
 
 
 def print_heap(bench):
-    allocations, peaks = [], []
-    for contender in CONTENDERS:
-        allocations.append([contender, *[f"{bench.heap(corpus, contender)[0]:,}"
-                                         for corpus in CORPORA]])
-        peaks.append([contender, *[
-            f"{bench.heap(corpus + '10', contender)[1] / bench.text_size(corpus + '10'):.3f}"
-            for corpus in CORPORA[1:]]])
-    print_table("Heap allocations of a load", CORPORA, allocations)
-    print_table("Most heap held at once, as a multiple of a text of 10 MB", CORPORA[1:], peaks)
+    allocations = [f"{bench.heap(corpus)[0]:,}" for corpus in CORPORA]
+    peaks = [f"{bench.heap(corpus + '10')[1] / bench.text_size(corpus + '10'):.3f}"
+             for corpus in CORPORA[1:]]
+    print_table("Heap", CORPORA, [
+        ["allocations of a load", *allocations],
+        ["most held at once, as a multiple of a text of 10 MB", "", *peaks]])
 
 
 def print_system_calls(bench):
-    print_table("System calls of a load of 'typical'", ["calls"],
-                [[contender, bench.system_calls(contender)] for contender in CONTENDERS])
+    print(f"\nSystem calls of a load of 'typical': {bench.system_calls()}")
 
 
 def own_counts(bench):
     pin = next(iter(PINS))
-    return {corpus: bench.instructions(pin, corpus) for corpus in CORPORA}
+    counts = {corpus: bench.instructions(pin, corpus) for corpus in CORPORA}
+    return {**counts, "cold_start": bench.instructions(pin, "typical", "cold")}
 
 
 def recorded_counts():
     rows = [line.split() for line in COUNTS.read_text().splitlines() if not line.startswith("#")]
-    return {corpus: int(count) for corpus, count in rows}
+    return {name: int(count) for name, count in rows}
 
 
 def renew(bench):
     lines = ["# Instructions of one load by the library, with plain routines of the C library.",
              "# Compared by script/benchmark --check, written by script/benchmark --renew.",
              f"# {toolchain()}"]
-    lines += [f"{corpus} {count}" for corpus, count in own_counts(bench).items()]
+    lines += [f"{name} {count}" for name, count in own_counts(bench).items()]
     COUNTS.write_text("\n".join(lines) + "\n")
     print(COUNTS.read_text(), end="")
 
@@ -220,10 +191,10 @@ def check(bench):
         print(f"The counts of {COUNTS.name} are those of x86_64: nothing to compare.")
         return True
     counts, recorded = own_counts(bench), recorded_counts()
-    grown = [corpus for corpus in CORPORA if counts[corpus] > recorded[corpus] * (1 + TOLERANCE)]
+    grown = [name for name in recorded if counts[name] > recorded[name] * (1 + TOLERANCE)]
     print_table("Instructions of a load by the library", ["recorded", "now", "change"], [
-        [corpus, f"{recorded[corpus]:,}", f"{counts[corpus]:,}",
-         f"{counts[corpus] / recorded[corpus] - 1:+.1%}"] for corpus in CORPORA])
+        [name, f"{recorded[name]:,}", f"{counts[name]:,}",
+         f"{counts[name] / recorded[name] - 1:+.1%}"] for name in recorded])
     if grown:
         print(f"\nMore than {TOLERANCE:.0%} above {COUNTS.relative_to(HERE.parent)}: "
               f"{', '.join(grown)}.\nFind out why. Where it is worth its price, or where only the "
@@ -248,7 +219,6 @@ def main():
     print_setup()
     if arguments.time or arguments.all:
         print_times(bench)
-        print_cold_starts(bench)
     if arguments.instructions or arguments.all:
         print_instructions(bench)
     if arguments.heap or arguments.all:

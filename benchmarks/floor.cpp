@@ -4,13 +4,27 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include "benchmarks/calibration_files.h"
+#include <fstream>
+#include <string_view>
+
+namespace {
+
+constexpr const char* kPathFile = "./uwb_calib_paths.conf";
+
+// The entry of a path file for the country of device_doubles.h.
+std::string withCountry(std::string entry) {
+  constexpr std::string_view kPlaceholder = "<country>";
+  const size_t position = entry.find(kPlaceholder);
+  return position == entry.npos ? entry : entry.replace(position, kPlaceholder.size(), "us");
+}
+
+}  // namespace
 
 Floor::Floor()
-    : paths{"/vendor/etc/uwb_calib_paths.conf", "/vendor/etc/calib_paths",
-            "./uwb_calib_paths.conf"},
+    : paths{"/vendor/etc/uwb_calib_paths.conf", "/vendor/etc/calib_paths", kPathFile},
       buffer(size_t{1} << 24) {
-  for (const CalibrationFile& file : listedFiles()) paths.push_back(file.path);
+  std::ifstream entries(kPathFile);
+  for (std::string entry; std::getline(entries, entry);) paths.push_back(withCountry(entry));
 }
 
 size_t Floor::readAll() {

@@ -1,25 +1,19 @@
 // SPDX-License-Identifier: Apache-2.0
-// Times whole loads of the corpora by every contender, beside the floor. All blocks are compared
-// before anything is timed.
+// Times whole loads of the corpora beside the floor.
 //
 //   load_benchmark LIBRARY CORPORA [options of Google Benchmark]
 #include <benchmark/benchmark.h>
 #include <unistd.h>
 
-#include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
 
-#include "benchmarks/contender.h"
 #include "benchmarks/device_doubles.h"
 #include "benchmarks/floor.h"
 #include "benchmarks/library_load.h"
-#include "include/tarnix_uwb_params_nfcc.h"
 
 namespace {
-
-using Block = std::array<uint8_t, TARNIX_UWB_PARAMS_SIZE>;
 
 constexpr const char* kCorpora[] = {"typical", "commented", "keys", "noise"};
 
@@ -39,32 +33,12 @@ void expectNoOtherPathFile() {
   }
 }
 
-Block blockOf(const Contender& contender) {
-  Block block{};
-  if (contender.load(block.data()) != block.size()) fail(contender.name + " makes no block");
-  return block;
-}
-
-const Contender& library() {
-  for (const Contender& contender : contenders()) {
-    if (contender.name == "library") return contender;
-  }
-  fail("the library does not contend");
-}
-
-void compareBlocks(const std::string& corpus) {
-  const Block expected = blockOf(library());
-  for (const Contender& contender : contenders()) {
-    if (blockOf(contender) != expected) fail(contender.name + " makes another block of " + corpus);
-  }
-}
-
-void timeLoad(benchmark::State& state, const std::string& folder, Contender::Load load,
-              bool formats) {
+void timeLoad(benchmark::State& state, const std::string& folder, Load load, bool formats) {
   enter(folder);
   formatLog(formats);
-  Block block;
-  while (state.KeepRunning()) benchmark::DoNotOptimize(load(block.data()));
+  uint8_t block[TARNIX_UWB_PARAMS_SIZE];
+  if (load(block, sizeof(block)) != sizeof(block)) fail("no block of " + folder);
+  while (state.KeepRunning()) benchmark::DoNotOptimize(load(block, sizeof(block)));
 }
 
 void timeFloor(benchmark::State& state, const std::string& folder) {
@@ -73,18 +47,14 @@ void timeFloor(benchmark::State& state, const std::string& folder) {
   while (state.KeepRunning()) benchmark::DoNotOptimize(floor.readAll());
 }
 
-void registerCorpus(const std::string& corpora, const std::string& corpus) {
-  const std::string folder = corpora + "/" + corpus;
-  const auto add = [&](const std::string& name, auto... arguments) {
-    benchmark::RegisterBenchmark((corpus + "/" + name).c_str(), arguments...);
+void registerCorpus(const std::string& corpora, const std::string& corpus, Load load) {
+  const auto add = [&](const std::string& name, auto time, auto... arguments) {
+    benchmark::RegisterBenchmark((corpus + "/" + name).c_str(), time, corpora + "/" + corpus,
+                                 arguments...);
   };
-  enter(folder);
-  compareBlocks(corpus);
-  add("floor", timeFloor, folder);
-  for (const Contender& contender : contenders()) {
-    add(contender.name, timeLoad, folder, contender.load, false);
-  }
-  add("library, log formatted", timeLoad, folder, library().load, true);
+  add("floor", timeFloor);
+  add("library", timeLoad, load, false);
+  add("library, log formatted", timeLoad, load, true);
 }
 
 }  // namespace
@@ -93,8 +63,8 @@ int main(int argc, char** argv) {
   benchmark::Initialize(&argc, argv);
   if (argc != 3) fail("usage: load_benchmark LIBRARY CORPORA [options of Google Benchmark]");
   expectNoOtherPathFile();
-  openLibrary(argv[1]);
-  for (const char* const corpus : kCorpora) registerCorpus(argv[2], corpus);
+  const Load load = openLibrary(argv[1]);
+  for (const char* const corpus : kCorpora) registerCorpus(argv[2], corpus, load);
   benchmark::RunSpecifiedBenchmarks();
   benchmark::Shutdown();
 }

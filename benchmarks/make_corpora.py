@@ -10,10 +10,6 @@
 
 Each holds the path file ./uwb_calib_paths.conf, the third of the library's defaults, so two are
 missing before it. Nothing in the texts is random: they are always the same.
-
-Beside every calibration file lies one for the other parsers, with ".ini" after its name. GKeyFile
-wants a group before the first key and knows '#' as the only comment mark, and inih does not know
-"//". So this is the same text with "[c]" as its first line, and '#' or '##' for ';' or '//'.
 """
 
 import pathlib
@@ -90,17 +86,6 @@ def noise(size):
     return ALL_KEYS + repeated("\n".join(NOISE) + "\n", size)
 
 
-def as_ini(text):
-    lines = []
-    for line in text.splitlines():
-        if line.startswith("//"):
-            line = "##" + line[2:]
-        elif line.startswith(";"):
-            line = "#" + line[1:]
-        lines.append(line)
-    return "[c]\n" + "\n".join(lines) + "\n"
-
-
 def write_corpus(folder, entries, files):
     folder.mkdir(parents=True, exist_ok=True)
     (folder / "uwb_calib_paths.conf").write_text("\n".join(entries) + "\n")
@@ -108,7 +93,6 @@ def write_corpus(folder, entries, files):
         file = folder / name
         file.parent.mkdir(exist_ok=True)
         file.write_text(text)
-        file.with_name(file.name + ".ini").write_text(as_ini(text))
 
 
 def write_typical(folder):

@@ -1,37 +1,30 @@
 // SPDX-License-Identifier: Apache-2.0
-// Loads a corpus once in the sight of a measuring instrument, after WARM-UPS loads that it does
-// not see.
+// Opens the library and calls it for a corpus, while an instrument watches one part of that:
 //
-//   measured_load LIBRARY CORPUS CONTENDER WARM-UPS
+//   measured_load LIBRARY CORPUS dlopen | cold | first | later
+//
+//   dlopen  opening the library
+//   cold    opening it and the first call
+//   first   the first call
+//   later   a call after another one
 #include <unistd.h>
 
-#include <cstdlib>
+#include <string_view>
 
-#include "benchmarks/contender.h"
 #include "benchmarks/library_load.h"
 #include "benchmarks/measurement.h"
-#include "include/tarnix_uwb_params_nfcc.h"
-
-namespace {
-
-Contender::Load loadOf(const char* name) {
-  for (const Contender& contender : contenders()) {
-    if (contender.name == name) return contender.load;
-  }
-  return nullptr;
-}
-
-}  // namespace
 
 int main(int argc, char** argv) {
-  if (argc != 5) return 2;
-  openLibrary(argv[1]);
-  const Contender::Load load = loadOf(argv[3]);
-  if (chdir(argv[2]) != 0 || load == nullptr) return 2;
+  if (argc != 4 || chdir(argv[2]) != 0) return 2;
+  const std::string_view part = argv[3];
+  const bool opens = part == "dlopen" || part == "cold";
   uint8_t block[TARNIX_UWB_PARAMS_SIZE];
-  for (int i = std::atoi(argv[4]); i > 0; --i) load(block);
-  startMeasurement();
-  const uint32_t count = load(block);
-  stopMeasurement();
+  if (opens) startMeasurement();
+  const Load load = openLibrary(argv[1]);
+  if (part == "dlopen") stopMeasurement();
+  if (part == "later") load(block, sizeof(block));
+  if (!opens) startMeasurement();
+  const uint32_t count = load(block, sizeof(block));
+  if (part != "dlopen") stopMeasurement();
   return count == sizeof(block) ? 0 : 1;
 }

@@ -10,7 +10,7 @@ readonly BUILD_PACKAGES=(
 
 # What single scripts need besides.
 readonly ANALYSE_PACKAGES=(clang clang-tidy cppcheck)
-readonly BENCHMARK_PACKAGES=(pkg-config libbenchmark-dev libinih-dev libglib2.0-dev valgrind strace)
+readonly BENCHMARK_PACKAGES=(libbenchmark-dev valgrind strace)
 readonly COVERAGE_PACKAGES=(clang-19 llvm-19 libclang-rt-19-dev zsh)
 readonly FUZZ_PACKAGES=(clang llvm libclang-rt-14-dev)
 
