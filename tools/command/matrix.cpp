@@ -114,6 +114,7 @@ JsonValue rowJson(const Row& row, const std::vector<Row>& rows) {
 
 std::string asJson(const std::vector<Row>& rows) {
   std::vector<JsonValue> countries;
+  countries.reserve(rows.size());
   for (const Row& row : rows) countries.push_back(rowJson(row, rows));
   return documentOf({{"countries", countries}});
 }
