@@ -77,11 +77,13 @@ KeyHint KeyHints::otherChannel(const std::string& key) const {
   for (const bool ch5 : {true, false}) {
     const std::string& named = ch5 ? selection_.ch5 : selection_.ch9;
     const std::string& other = ch5 ? selection_.ch9 : selection_.ch5;
-    if (key.compare(0, named.size() + 1, named + ".") != 0 || has(key)) continue;
+    if (key.compare(0, named.size(), named) != 0 || has(key)) continue;
     const std::string meant = other + key.substr(named.size());
     if (!has(meant)) continue;
-    return {meant, ": '" + named + "' serves channel " + (ch5 ? "5" : "9") + "; channel " +
-                       (ch5 ? "9" : "5") + " is served by '" + other + "'"};
+    const std::string channels[] = {ch5 ? "5" : "9", ch5 ? "9" : "5"};
+    return {meant, joined({": '", named, "' serves channel ", channels[0], "; channel ",
+                           channels[1], " is served by '", other, "'"},
+                          "")};
   }
   return {};
 }

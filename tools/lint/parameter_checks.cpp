@@ -78,7 +78,8 @@ std::optional<Findings::Id> checkMissing(const LoadTrace& trace,
   std::map<std::pair<std::optional<Findings::Id>, bool>, std::vector<std::string>> groups;
   for (const std::string& key : trace.missing) {
     const std::optional<Findings::Id> cause = findings.causeOf({key, kAnyKey});
-    groups[{cause, missing_in_many.count(key) > 0}].push_back(key);
+    const bool in_many = missing_in_many.count(key) > 0;
+    groups[{cause, in_many}].push_back(key);
   }
   std::optional<Findings::Id> last;  // Those with a cause come after the others.
   for (const auto& [group, keys] : groups) {

@@ -52,8 +52,8 @@ std::vector<std::string> kindsOf(const std::vector<std::string>& loads) {
 std::vector<std::string> countsOf(const LintReport& report) {
   std::vector<std::string> counts;
   for (const Severity severity : {Severity::Error, Severity::Warning, Severity::Note}) {
-    const size_t count = report.count(severity);
-    if (count > 0) counts.push_back(counted(count, wordFor(severity)));
+    const size_t number = report.count(severity);
+    if (number > 0) counts.push_back(counted(number, wordFor(severity)));
   }
   return counts;
 }
@@ -76,10 +76,10 @@ std::string LintReport::loadsText(const Finding& finding) const {
   if (finding.loads.size() == loads.size()) return " (in all " + all + ")";
   std::vector<std::string> names;
   for (const size_t load : finding.loads) names.push_back(countryTitle(loads[load]));
-  const std::string count = std::to_string(names.size()) + " of " + all + ": ";
+  const std::string of_all = std::to_string(names.size()) + " of " + all + ": ";
   const bool too_many = names.size() > kMostNames;
   if (too_many) names.resize(kMostNames);
-  return " (" + (too_many ? count : "") + joined(names, ", ") + (too_many ? ", ..." : "") + ")";
+  return " (" + (too_many ? of_all : "") + joined(names, ", ") + (too_many ? ", ..." : "") + ")";
 }
 
 std::string LintReport::messageOf(const Finding& finding) const {
