@@ -51,7 +51,7 @@ JsonValue::JsonValue(std::vector<JsonValue> elements) {
 
 JsonValue::JsonValue(JsonMembers members) {
   Json::Value object(Json::objectValue);
-  for (auto& [name, member] : members) object[name] = member.take();
+  for (auto& member : members) object[member.first] = member.second.take();
   value_ = shared(std::move(object));
 }
 
