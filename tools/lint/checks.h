@@ -18,7 +18,6 @@ using Lines = std::set<std::pair<std::string, size_t>>;
 struct CheckedFile {
   CheckedFile(const LoadTrace& load, size_t file_of_load, const Lines& taken_by_any)
       : trace(load),
-        index(file_of_load),
         file(*load.files[file_of_load]),
         taken(taken_by_any),
         selection(selectionProbe()),
@@ -30,7 +29,6 @@ struct CheckedFile {
   }
 
   const LoadTrace& trace;
-  const size_t index;  // In the load's files.
   const TracedFile& file;
   const Lines& taken;  // The lines that set something in any load.
   const SchemaProbe selection;
