@@ -169,6 +169,40 @@ TEST(LineReader, ThrowsAtTheEndWhatTheStreamThrows) {
   EXPECT_THROW(reader.next(line), std::ios_base::failure);
 }
 
+// Holds two pieces of text, one after the other, below all memory of the heap and of the stack.
+class TwoAreas : public std::streambuf {
+ public:
+  TwoAreas() { setg(kFirst, kFirst, kFirst + sizeof(kFirst) - 1); }
+
+ protected:
+  int_type underflow() override {
+    if (eback() == kSecond) return traits_type::eof();
+    setg(kSecond, kSecond, kSecond + sizeof(kSecond) - 1);
+    return traits_type::to_int_type(*gptr());
+  }
+
+ private:
+  static inline char kFirst[] = "a=1\nb=";
+  static inline char kSecond[] = "2\nc#=1\nd[=1\n e=1\n";
+};
+
+TEST(LineReader, MarksAreSearchedForInEveryArea) {
+  TwoAreas text;
+  std::istream input(&text);
+  LineReader reader(input);
+  std::string found;
+  for (Line line; reader.next(line);) {
+    found += std::string(line.text) + (line.is_comment ? " comment" : "");
+    found += line.has_bracket ? " bracket;" : ";";
+  }
+  EXPECT_EQ(found, "a=1;b=2;c#=1 comment;d[=1 bracket; e=1;");
+}
+
+TEST(LineReader, AStreamWithoutABufferHasNoLines) {
+  std::istream input(nullptr);
+  EXPECT_EQ(linesOf(input), Names());
+}
+
 TEST(LineReader, AFailedStreamHasNoLines) {
   std::istringstream input("a=1\n");
   input.setstate(std::ios_base::failbit);

@@ -7,6 +7,7 @@
 #include <sstream>
 #include <stdexcept>
 
+#include "tests/kit/allocations.h"
 #include "tests/kit/doubles.h"
 
 namespace {
@@ -71,6 +72,14 @@ TEST_F(ParsePattern, OneGoodFileIsEnoughWhereverItStands) {
   EXPECT_TRUE(parse_pattern(tree, {{"a", "throw"}, {"b", "good"}}));
   EXPECT_TRUE(parse_pattern(tree, {{"a", "return false"}})) << "the result of parse matters";
   EXPECT_FALSE(parse_pattern(tree, {{"a", "throw"}, {"b", "throw"}}));
+}
+
+TEST_F(ParsePattern, ALastLineWithoutMemoryFailsItsFile) {
+  AstRoot root("", std::nullopt, 0, {}, 0);
+  const std::vector<calibration> files = {{"a", "a_line_of_more_than_fifteen_characters=1"}};
+  const FailingAllocation failure(0);
+  EXPECT_FALSE(parse_pattern(root, files));
+  EXPECT_LOG(info("Parsing a"), error("Failed to parse calb file a, reason no memory left"));
 }
 
 TEST_F(ParsePattern, OtherExceptionsPass) {
