@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
+// In fortified headers open is an inline function, which can have no other names.
+#undef _FORTIFY_SOURCE
 #include "tools/device/open_redirect.h"
 
 #include <fcntl.h>
