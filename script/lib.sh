@@ -12,6 +12,7 @@ readonly BUILD_PACKAGES=(
 readonly ANALYSE_PACKAGES=(clang clang-tidy cppcheck)
 readonly BENCHMARK_PACKAGES=(libbenchmark-dev valgrind strace)
 readonly COVERAGE_PACKAGES=(clang-19 llvm-19 libclang-rt-19-dev zsh)
+readonly PACKAGE_PACKAGES=(dpkg-dev file git lintian)
 readonly FUZZ_PACKAGES=(clang llvm libclang-rt-14-dev)
 
 # Says what is done next, and when: minutes and seconds since the first script began. The steps of a

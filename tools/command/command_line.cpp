@@ -15,8 +15,6 @@
 
 namespace {
 
-// dlopen looks for it in this program's run path.
-
 constexpr unsigned kLargestCapacity = 1U << 20;
 
 // getopt_long returns this plus the index of the option; letters are below it.
@@ -162,14 +160,19 @@ const Subcommand& chosenSubcommand(const std::string& name) {
   refuse("unknown subcommand " + name + suggestion(name, names));
 }
 
+std::string versionLine() {
+  const std::string commit = COMMIT;
+  return "tarnix-uwb-params, library " + libraryVersion() +
+         (commit.empty() ? "" : ", commit " + commit) + "\n";
+}
+
 }  // namespace
 
 Request parseCommandLine(int argc, char** argv) {
   if (argc < 2) refuse("a subcommand is missing");
   const std::string first = argv[1];
   if (first == "--help" || first == "-h") return {{}, nullptr, generalHelp()};
-  if (first == "--version")
-    return {{}, nullptr, "tarnix-uwb-params, library " + libraryVersion() + "\n"};
+  if (first == "--version") return {{}, nullptr, versionLine()};
   if (first == "--complete") return {{}, nullptr, completionsOf({argv + 2, argv + argc})};
   const Subcommand& subcommand = chosenSubcommand(first);
   Options options = Reader(subcommand).read(argc - 1, argv + 1);
