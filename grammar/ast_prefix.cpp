@@ -92,11 +92,11 @@ bool AstPrefix::validate(std::vector<std::string>& missing, std::vector<std::str
 }
 
 bool AstPrefix::validateChildren(std::vector<std::string>& missing, std::vector<std::string> path) {
+  if (children.empty()) return true;
   bool complete = true;
-  for (const std::shared_ptr<AstNode>& child : children) {
-    // The last child needs no copy.
-    const bool last = &child == &children.back();
-    if (!child->validate(missing, last ? std::move(path) : path)) complete = false;
+  for (size_t i = 0; i + 1 < children.size(); ++i) {
+    if (!children[i]->validate(missing, path)) complete = false;
   }
-  return complete;
+  // The last child needs no copy.
+  return children.back()->validate(missing, std::move(path)) && complete;
 }

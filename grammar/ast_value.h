@@ -6,7 +6,6 @@
 #include "grammar/ast_node.h"
 
 // The value of a parameter: a number of 8, 16 or 32 bits, or one word.
-//
 // Numbers are read as std::istream reads them: 0x or 0X means hexadecimal, a leading 0 octal. What
 // follows the value is ignored. libc++ takes more letters as part of a number than libstdc++ does.
 template <typename T>

@@ -126,8 +126,9 @@ TEST(PlainNumber, EveryDigitIsPlain) {
 
 TEST(PlainNumber, OtherSpellingsAreLeftToTheStream) {
   for (const char* const text :
-       {"",    " 5", "+5", "-5",   "05",   "08", "00", "0x",          "0x 1", "12abc",
-        "1e5", "5;", "0;", "0x5;", "0x1g", "f",  "x1", "0x123456789", "12=",  ".5"}) {
+       {"",     " 5",          "+5",    "-5",  "05",          "08",  "00",
+        "0x",   "0x 1",        "12abc", "1e5", "5;",          "0;",  "0x5;",
+        "0x1g", "0x000000001", "f",     "x1",  "0x123456789", "12=", ".5"}) {
     EXPECT_EQ(plain(text).value, std::nullopt) << text;
     EXPECT_EQ(plain(text).end, 0) << text;
   }
