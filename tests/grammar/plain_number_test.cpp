@@ -144,6 +144,7 @@ TEST(PlainNumber, ANumberAboveTheLargestIsLeftToTheStream) {
 
 TEST(PlainNumber, ATextWithoutAWayBackIsNotTouched) {
   OneWayBuffer text("5");
+  text.sgetc();
   std::istream input(&text);
   EXPECT_EQ(readPlainNumber(input, kLargest), std::nullopt);
   EXPECT_TRUE(input.good());

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "loader/text_file.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
@@ -26,6 +27,9 @@ std::vector<int> readings;
 // What fstat() tells instead of the size, if set.
 std::optional<off_t> told_size;
 
+// Whether the file of the last read() is closed in a process that is started.
+bool closes_on_exec = false;
+
 int failWith(int error) {
   errno = error;
   return -1;
@@ -35,6 +39,7 @@ int failWith(int error) {
 
 // The library under test calls these in place of the C library's.
 extern "C" ssize_t read(int file, void* bytes, size_t size) {
+  closes_on_exec = (fcntl(file, F_GETFD) & FD_CLOEXEC) != 0;
   if (!readings.empty()) {
     const int reading = readings.front();
     readings.erase(readings.begin());
@@ -93,6 +98,13 @@ TEST_F(TextFile, EveryByteIsKept) {
   const std::string text("a\r\n\0\xff\x1a\nb", 8);
   tree.write("file", text);
   EXPECT_EQ(read_text_file("file"), text);
+}
+
+TEST_F(TextFile, AFileIsClosedInAProcessThatIsStarted) {
+  tree.write("file", "text");
+  closes_on_exec = false;
+  EXPECT_EQ(read_text_file("file"), "text");
+  EXPECT_TRUE(closes_on_exec);
 }
 
 TEST_F(TextFile, AMissingFileHasNoText) {
