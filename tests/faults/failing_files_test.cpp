@@ -14,7 +14,7 @@ namespace {
 // Reading at its start gives EIO: nothing is mapped at address 0.
 constexpr const char* kUnreadable = "/proc/self/mem";
 
-// The rest of this process's life could not open more than `more` further files.
+// While it lives, this process can open `more` further files at most.
 class DescriptorLimit {
  public:
   explicit DescriptorLimit(rlim_t more) {

@@ -326,6 +326,14 @@ TEST(AstRootPrint, IsThatOfAGroup) {
   EXPECT_EQ(printed(tree), "  root200\n   a = <undefined>");
 }
 
+TEST(AstRootValidate, TreeWithoutTargetsLacksNothing) {
+  AstRoot tree("", std::nullopt, 0,
+               {param<uint8_t>("a", nullptr), group("g", {param<uint32_t>("b", nullptr)})}, 0);
+  Names missing;
+  EXPECT_TRUE(tree.validate(missing, {}));
+  EXPECT_EQ(missing, Names());
+}
+
 TEST(AstRootValidate, NameOfTheRootIsNoPartOfThePath) {
   uint8_t target = 0;
   AstRoot tree("root", std::nullopt, 0,

@@ -245,7 +245,7 @@ def encode_block(values, ch5, ch9):
     def port(antenna):
         return bytes([(values[antenna + b".port"] + 1) % 256])
 
-    ch9_selector = selector_code(values, ch9)  # first: its error is the one that is told
+    ch9_selector = selector_code(values, ch9)  # first: its error is reported
     ch5_selector = selector_code(values, ch5)
     block = b"".join(
         [

@@ -6,7 +6,7 @@
     load CAPACITY     one load with a buffer of CAPACITY bytes
 
 Each load is answered by its `log PRIORITY TEXT` lines and `result N HEX`, or `exception WHAT`;
-`overrun OFFSET` tells of a byte that was changed behind the first N. Fields are separated by one
+`overrun OFFSET` tells of a byte that was changed after the first N. Fields are separated by one
 tab; every byte outside 0x20..0x7e and the backslash is written as \\xNN.
 """
 
@@ -59,6 +59,8 @@ def parse_answers(output):
             continue
         if kind == b"log":
             answer.log.append((int(fields[0]), unescape(fields[1])))
+            if len(fields) > 2:
+                answer.faults.append("a log line with a tag")
         elif kind == b"overrun":
             answer.faults.append(f"overrun {fields[0].decode()}")
         elif kind == b"exception":

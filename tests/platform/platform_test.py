@@ -26,7 +26,7 @@ DEVICE = ROOT / "examples/device"
 PATHS = ("srcs", "src", "data", "export_include_dirs", "version_script", "license_text", "dictionary")
 # Libraries that the platform brings, all of them for its host too.
 OF_THE_PLATFORM = (
-    "libbase", "libbase_headers", "libgmock", "libjsoncpp", "liblog", "liblog_headers", "libz"
+    "libbase", "libbase_headers", "libjsoncpp", "liblog", "liblog_headers", "libz"
 )
 OPTIONS = argparse.Namespace(sources=None)
 EXAMPLES = blueprint.modules_of(DEVICE / "Android.bp")
