@@ -1,10 +1,6 @@
 # SPDX-License-Identifier: Apache-2.0
 # The flags with which the platform builds a library for the device, as far as they shape its code:
-# what links and runs with them here has no reason not to there.
-#
-# Not -fno-rtti, the platform's default: with it the library would carry its own description of
-# std::exception behind its export list, and no longer catch what the run-time throws. Android.bp
-# says so too.
+# what builds here should build there. -fno-rtti is left out: Android.bp says why.
 option(TARNIX_DEVICE_FLAGS "Build the library with the flags of the device" OFF)
 
 # The overflow of an unsigned number ends the device's process, as Android.bp has it.

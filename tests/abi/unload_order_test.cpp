@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // The library's load-time data: the antenna names are built first, so unloading frees them last,
-// after the list of default path files. Freed memory still shows which of them it held.
+// after the list of default path files. A block is recognised by its text when it is freed.
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 

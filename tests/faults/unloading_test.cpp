@@ -13,7 +13,7 @@ namespace {
 
 constexpr const char* kLibrary = LIBRARY_PATH;
 
-// One stay of the library in the process, with one load. The result of the load, or 0.
+// Opens the library, loads once and closes it. Returns the result of the load, or 0. The result of the load, or 0.
 uint32_t openLoadClose() {
   void* const library = dlopen(kLibrary, RTLD_NOW | RTLD_LOCAL);
   if (library == nullptr) return 0;
@@ -37,7 +37,7 @@ TEST(Unloading, LeavesNothingBehind) {
   const size_t allocations = liveAllocations();
   const size_t descriptors = openDescriptors();
   const size_t regions = mappedRegions();
-  for (size_t i = 0; i < effort(1000); ++i) ASSERT_EQ(openLoadClose(), 82U) << "stay " << i;
+  for (size_t i = 0; i < effort(1000); ++i) ASSERT_EQ(openLoadClose(), 82U) << "round " << i;
   EXPECT_FALSE(isMapped());
   EXPECT_EQ(liveAllocations(), allocations);
   EXPECT_EQ(openDescriptors(), descriptors);

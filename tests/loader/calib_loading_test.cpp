@@ -11,7 +11,7 @@
 #include "tests/kit/doubles.h"
 #include "tests/kit/temporary_tree.h"
 
-// The log of every outcome is told by tests/scenarios.
+// tests/scenarios hold the log of every outcome.
 
 namespace {
 

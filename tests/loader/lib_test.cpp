@@ -9,7 +9,7 @@
 #include "tests/kit/opened_files.h"
 #include "tests/kit/temporary_tree.h"
 
-// What a whole load gives is told by tests/scenarios; here is what they cannot show.
+// tests/scenarios hold whole loads; here is what they cannot show.
 
 namespace {
 

@@ -52,7 +52,7 @@ ccc_calib withSelectors(uint8_t ch5_gpio, uint8_t ch5_value, uint8_t ch9_gpio, u
   return calib;
 }
 
-// Which keys move which offsets is told by tests/loader/lib_test.cpp.
+// tests/loader/lib_test.cpp tests which keys move which offsets.
 TEST(CalibConverterConvert, LaysOutTheWholeBlock) {
   EXPECT_EQ(converted(calibration()), block());
 }

@@ -26,7 +26,7 @@ ccc_params paramsOf(const Bytes& bytes) {
   return params;
 }
 
-// Where its fields lie is told by the header itself.
+// The header's static_asserts check the offsets of its fields.
 TEST(CccParams, IsEightyTwoBytesAtAnyAddress) {
   EXPECT_EQ(sizeof(ccc_params), 82U);
   EXPECT_EQ(alignof(ccc_params), 1U);
