@@ -13,7 +13,7 @@ namespace {
 
 constexpr const char* kLibrary = LIBRARY_PATH;
 
-// Opens the library, loads once and closes it. Returns the result of the load, or 0. The result of the load, or 0.
+// Opens the library, loads once and closes it. Returns the result of the load, or 0.
 uint32_t openLoadClose() {
   void* const library = dlopen(kLibrary, RTLD_NOW | RTLD_LOCAL);
   if (library == nullptr) return 0;
