@@ -25,9 +25,9 @@ int run(int argc, char** argv) {
   const Outcome outcome = request.run == nullptr
                               ? Outcome{kGood, request.answer, {}}
                               : request.run(options, Paint(wantsColour(options)));
-  const std::string& line = options.quiet ? std::string() : outcome.remark;
-  for (const std::string& text : {printable(outcome.failure), line}) {
-    if (!text.empty()) std::cerr << kErrorPrefix << text << '\n';
+  const std::string remark = options.quiet ? "" : outcome.remark;
+  for (const std::string& text : {outcome.failure, remark}) {
+    if (!text.empty()) std::cerr << kErrorPrefix << printable(text) << '\n';
   }
   if (outcome.result.has_value()) writeOutput(options.output, *outcome.result);
   return outcome.status;

@@ -340,6 +340,38 @@ class Trees(CommandTest):
         result = run("lint", "--path-file", self.etc / "uwb_calib_paths.conf", "--country", "")
         self.assertIn(b"/dev/zero is a device", result.stdout)
 
+    def test_control_characters_in_names_never_reach_the_terminal(self):
+        self.write("\x1bx/calib.conf")
+        self.assertIn(b"; not taken for countries: \\x1bx (name them", self.lint(status=0))
+        paths = self.etc / "uwb_calib_paths.conf"
+        os.mkfifo(self.uwb / "\x1b.conf")
+        unknown = b"what the device does is unknown: /vendor/etc/uwb/\\x1b.conf is a pipe\n"
+        for entries, line in ((paths.read_text() + "/vendor/etc/uwb/\x1b.conf\n", b"\nno block: "),
+                              ("/vendor/etc/uwb/\x1b.conf\n", b"no country code, ")):
+            paths.write_text(entries)
+            shown = run("explain", "--root", "tree", cwd=self.folder).stdout
+            self.assertIn(line + unknown, shown)
+            self.assertNotIn(b"\x1b", shown)
+            shown = run("matrix", "--root", "tree", "--countries", "none", cwd=self.folder).stdout
+            self.assertIn(b"  -       " + unknown, shown)
+            self.assertNotIn(b"\x1b", shown)
+            for sides, sign in (("tree", LINT / "base"), b"-"), ((LINT / "base", "tree"), b"+"):
+                shown = run("diff", "--country", "", *sides, cwd=self.folder).stdout
+                self.assertIn(sign + b" none: " + unknown, shown)
+                self.assertNotIn(b"\x1b", shown)
+
+    def test_control_characters_in_missing_keys_are_escaped_in_text_alone(self):
+        self.edit(self.uwb / "common.conf", "ch9.antenna_selection=edge",
+                  "ch9.antenna_selection=\x1b")
+        for arguments in (("matrix", "--root", "tree", "--countries", "none"),
+                          ("diff", "--country", "", LINT / "base", "tree")):
+            shown = run(*arguments, cwd=self.folder).stdout
+            self.assertIn(b"parameters are missing: \\x1b.ch9.prf64.ant_delay, ", shown)
+            self.assertNotIn(b"\x1b", shown)
+        differences = json.loads(run("diff", "--country", "", "--format", "json", LINT / "base",
+                                     "tree", cwd=self.folder).stdout)["differences"]
+        self.assertIn("parameters are missing: \x1b.ch9.prf64.ant_delay, ", differences[0]["b"])
+
     def test_sources_in_place_of_an_image(self):
         """Without a root there is only what is mapped; findings name the sources."""
         (self.uwb / "fr").mkdir()

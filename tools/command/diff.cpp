@@ -164,7 +164,8 @@ class Changes {
     };
     return {0,
             "block",
-            paint_.red("- " + side(a)) + "\n" + paint_.green("+ " + side(b)) + "\n",
+            paint_.red("- " + printable(side(a))) + "\n" + paint_.green("+ " + printable(side(b))) +
+                "\n",
             {{"name", "block"}, {"a", side(a)}, {"b", side(b)}},
             {}};
   }

@@ -47,7 +47,8 @@ class Explanation {
     out += listText("The device stops reading a file at:", isFailing);
     out += listText("Not read after it:", isLost);
     out += listText("No parameter has the key of:", isDropped);
-    if (!trace_.block.has_value()) out += "\n" + paint_.red("no block: " + trace_.problem) + "\n";
+    if (!trace_.block.has_value())
+      out += "\n" + paint_.red("no block: " + printable(trace_.problem)) + "\n";
     for (const std::string& key : trace_.missing) {
       if (isWanted(key)) out += "    " + printable(key) + "\n";
     }
@@ -142,7 +143,7 @@ class Explanation {
 
   std::string filesText() const {
     std::string out = countryTitle(trace_.country) + ", ";
-    if (!trace_.decided) out += trace_.problem + "\n";
+    if (!trace_.decided) out += printable(trace_.problem) + "\n";
     for (const TracedPathFile& file : trace_.path_files) {
       if (trace_.decided && &file != &trace_.deciding()) continue;
       const bool missing = file.kind == FileKind::Missing;

@@ -58,7 +58,7 @@ std::string resultText(const Row& row) {
 }
 
 std::string differenceText(const Row& row, const std::vector<Row>& rows) {
-  if (row.block.empty()) return problemOf(row.trace);
+  if (row.block.empty()) return printable(problemOf(row.trace));
   if (usualBlock(rows).empty()) return "the default has no block";
   const std::vector<std::string> names = differencesFromDefault(row, rows);
   return names.empty() ? "as the default" : joined(names, ", ");

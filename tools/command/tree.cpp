@@ -31,7 +31,7 @@ TreeLoad loadTree(const std::string& country, const Options& options, const Devi
 
 std::string problemOf(const LoadTrace& trace) {
   if (trace.missing.empty()) return trace.problem;
-  return trace.problem + ": " + printable(joined(trace.missing, ", "));
+  return trace.problem + ": " + joined(trace.missing, ", ");
 }
 
 JsonValue lineJson(const LoadTrace& trace, const LineRef& ref) {
