@@ -259,6 +259,15 @@ class Trees(CommandTest):
         self.assertIn(b"(fallback: cannot read /vendor/etc/uwb/se/calib.conf: Too many levels of "
                       b"symbolic links)", matrix)
 
+    def test_neither_the_country_file_nor_the_default_can_be_used(self):
+        (self.uwb / "default/calib.conf").unlink()
+        missing = b"error: there is no /vendor/etc/uwb/default/calib.conf"
+        self.assertIn(missing + b", and no file of the country's own [",
+                      self.lint("--country", "FR"))
+        (self.uwb / "fr").mkdir()
+        (self.uwb / "fr/calib.conf").symlink_to("/nowhere/calib.conf")
+        self.assertIn(missing + b" [", self.lint("--country", "FR"))
+
     def test_country_file_without_permission(self):
         self.write("fr/calib.conf")
         (self.uwb / "fr/calib.conf").chmod(0)

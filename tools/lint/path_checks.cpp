@@ -131,9 +131,10 @@ void checkFallback(const TracedPathFile& file, const TracedEntry& entry, Finding
 Id checkMissing(const TracedPathFile& file, const TracedEntry& entry, Findings& findings) {
   if (Id finding = explainPath(file, entry, findings)) return finding;
   if (Id finding = explainPlaceholder(file, entry, findings)) return finding;
-  const std::string message = "there is no " + entry.last().path;
+  const bool neither = entry.has_placeholder && entry.own.kind == FileKind::Missing;
   return findings.add(Rule::FileMissing, entryPlace(file, entry),
-                      message + (entry.has_placeholder ? ", and no file of the country's own" : ""),
+                      "there is no " + entry.last().path +
+                          (neither ? ", and no file of the country's own" : ""),
                       entry.last().path);
 }
 
