@@ -441,7 +441,7 @@ class Trees(CommandTest):
         self.write("more.conf", "// new\nxtal_trim=040\nversion=01\nap_coop_mode=01\n")
         shown = self.lint("--baseline", "known")
         self.assertIn(b"more.conf:4:14: warning: ", shown)
-        self.assertIn(b"; 1 warning; 2 lines of the baseline match nothing\n", shown)
+        self.assertIn(b"; 1 warning; 2 baseline lines unused\n", shown)
         self.write("known", "octal-number\n")
         result = run("lint", "--root", "tree", "--baseline", self.uwb / "known", cwd=self.folder)
         self.fails(result, f"{self.uwb}/known:1: no line of a baseline")

@@ -95,7 +95,7 @@ std::string LintReport::summary() const {
   text += without_block == 0 ? "each gives a block"
                              : std::to_string(without_block) + " without a block";
   text += "; " + (groups.empty() ? "nothing found" : joined(countsOf(*this), ", "));
-  if (stale > 0) text += "; " + counted(stale, "line") + " of the baseline match nothing";
+  if (stale > 0) text += "; " + counted(stale, "baseline line") + " unused";
   if (not_taken.empty()) return text;
   return text + "; not taken for countries: " + joined(not_taken, ", ") +
          " (name them with --countries)";

@@ -11,7 +11,7 @@
 // "path:line:col: severity: text [rule]", the line, a caret below its column, and what it leads to.
 std::string textReport(const LintReport& report, const Paint& paint);
 
-// {"version": 1, ..., "findings": [...]}
+// {"format_version": 1, ..., "findings": [...]}
 std::string jsonReport(const LintReport& report);
 
 // SARIF 2.1.0; `version` is this program's.
