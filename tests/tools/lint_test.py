@@ -228,6 +228,27 @@ class Trees(CommandTest):
                                         b"found\n")
         self.assertEqual(run("lint", "-q", "--root", "tree", cwd=self.folder).stderr, b"")
 
+    def test_what_to_write_for_a_number(self):
+        for value, message in (
+                ("08", "cannot read '08' (a leading zero means octal) and ignores the rest of the "
+                       "file: write 8 ("),
+                ("-08", "cannot read '-08' (a leading zero means octal) and ignores the rest of the "
+                        "file: write -8 ("),
+                ("+0018dB", "cannot read '+0018dB' (a leading zero means octal) and ignores the "
+                            "rest of the file: write 18 ("),
+                ("20dB", "cannot read '20dB' and ignores the rest of the file: write 20 ("),
+                ("0x1x", "cannot read '0x1x' and ignores the rest of the file: write 0x1 ("),
+                ("07", "'07' is octal and is read as 7: write 7 ("),
+                ("00", "'00' is octal and is read as 0: write 0 ("),
+                ("0040", "'0040' is octal and is read as 32: write 32, or 40 if that is meant ("),
+                ("zero # 0", "takes a whole number, 0 to 255, not 'zero'"),
+                ("", "takes a whole number, 0 to 255, not ''"),
+                ("x" * 61, "takes a whole number, 0 to 255, not '" + "x" * 60 + "...'"),
+                ("0x100", "takes 0 to 255, not 0x100")):
+            with self.subTest(value):
+                self.write("more.conf", f"xtal_trim={value}\n")
+                self.assertIn(message, self.lint().decode())
+
     def test_values_that_countries_override(self):
         self.forty_countries(self.POWERS + "ap_coop_mode=2\nwifi_coex_time_gap=20\n")
         self.assertIn(b": each gives a block; nothing found\n", self.lint(status=0))

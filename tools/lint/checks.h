@@ -65,5 +65,8 @@ bool hasByteOrderMark(const std::string& text);
 // Whether a comment begins at the first character of `text` that is no blank.
 bool beginsComment(const std::string& text);
 
+// A message stays short even if a key or a value is very long.
+std::string shortened(const std::string& word);
+
 // The number of blanks from `at` on.
 size_t blanksAt(const std::string& text, size_t at);

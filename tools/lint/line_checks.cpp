@@ -31,12 +31,6 @@ bool isIgnored(const std::string& text) {
   return at->second;
 }
 
-// A message stays short even if a key is very long.
-std::string shortened(const std::string& key) {
-  constexpr size_t kMost = 60;
-  return key.size() <= kMost ? key : key.substr(0, kMost) + "...";
-}
-
 // An assignment that sets nothing.
 class DroppedLine {
  public:
@@ -157,6 +151,11 @@ bool beginsComment(const std::string& text) {
   if (compact.empty()) return false;
   if (isIgnored(compact.substr(0, 1))) return true;
   return compact.size() > 1 && isIgnored(compact.substr(0, 2)) && !isIgnored(compact.substr(1, 1));
+}
+
+std::string shortened(const std::string& word) {
+  constexpr size_t kMost = 60;
+  return word.size() <= kMost ? word : word.substr(0, kMost) + "...";
 }
 
 size_t blanksAt(const std::string& text, size_t at) {

@@ -26,16 +26,17 @@ void checkWiring(const LoadTrace& trace, const TracedParameter& parameter, Findi
       static_cast<uint8_t>(std::strtoul(trace.at(winner).effect.value.c_str(), nullptr, 10));
   const Role role = parameter.facts->role;
   const auto addFailure = [&](Rule rule, const std::string& message) {
-    findings.blame(kOutcome, findings.add(rule, valuePlace(trace, winner),
-                                          message + ": the conversion fails on the device"));
+    findings.blame(kOutcome, findings.add(rule, valuePlace(trace, winner), message));
   };
   if (role == Role::SelectorLine && !hasSelector(role, value)) {
-    addFailure(Rule::SelectorLine, "GPIO " + std::to_string(value) + " is no selector line");
+    addFailure(Rule::SelectorLine, "no antenna selector uses GPIO " + std::to_string(value) +
+                                       ", so the device makes no block: write 6 or 7");
   } else if (role == Role::SelectorLevel && !hasSelector(role, value)) {
-    addFailure(Rule::SelectorLevel, std::to_string(value) + " is no level of a selector line");
+    addFailure(Rule::SelectorLevel, "a selector level is 0 or 1, not " + std::to_string(value) +
+                                        ": the device makes no block");
   } else if (role == Role::Port && value == UINT8_MAX) {
     findings.add(Rule::Port255, valuePlace(trace, winner),
-                 "ports are counted from 1 in the block, so 255 wraps around to 0");
+                 "ports are counted from 1 in the block, so 255 wraps around to 0: write 0 to 254");
   }
 }
 

@@ -132,10 +132,10 @@ Id checkMissing(const TracedPathFile& file, const TracedEntry& entry, Findings& 
   if (Id finding = explainPath(file, entry, findings)) return finding;
   if (Id finding = explainPlaceholder(file, entry, findings)) return finding;
   const bool neither = entry.has_placeholder && entry.own.kind == FileKind::Missing;
-  return findings.add(Rule::FileMissing, entryPlace(file, entry),
-                      "there is no " + entry.last().path +
-                          (neither ? ", and no file of the country's own" : ""),
-                      entry.last().path);
+  return findings.add(
+      Rule::FileMissing, entryPlace(file, entry),
+      "there is no " + entry.last().path + (neither ? ", and no file of the country's own" : ""),
+      entry.last().path);
 }
 
 void checkEntry(const TracedPathFile& file, const TracedEntry& entry, Findings& findings) {
@@ -207,8 +207,8 @@ void checkBytes(const std::string& path, const std::string& content, Findings& f
   const auto before = static_cast<size_t>(
       std::count(content.begin(), content.begin() + static_cast<ptrdiff_t>(begin), '\n'));
   findings.add(Rule::NotText, {path, before + 1, first - begin + 1, lineAround(content, begin)},
-               counted(count, "byte") + " of the file " + (count == 1 ? "is" : "are") +
-                   " no text, the first here");
+               counted(count, "byte") + (count == 1 ? " is" : " are") +
+                   " not UTF-8 text (the first is here): save the file as UTF-8");
 }
 
 std::string joinedLines(const TracedPathFile& file) {

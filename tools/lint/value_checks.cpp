@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <algorithm>
+
 #include "tools/lint/checks.h"
 #include "tools/probe/number_spelling.h"
 #include "tools/text/text.h"
@@ -21,6 +23,14 @@ std::vector<std::string> keysLostAfter(const CheckedFile& file, const TracedLine
   return keys;
 }
 
+// The sign and the decimal digits that `number` begins with, without leading zeros.
+std::string decimalOf(const std::string& number) {
+  const size_t sign = number.find_first_not_of("+-");
+  const size_t end = std::min(number.find_first_not_of("0123456789", sign), number.size());
+  const size_t begin = std::min(number.find_first_not_of('0', sign), end - 1);
+  return (number[0] == '-' ? "-" : "") + number.substr(begin, end - begin);
+}
+
 // The value of one line that names a parameter.
 class LineValue {
  public:
@@ -37,7 +47,10 @@ class LineValue {
       checkWord(findings);
     } else if (spelling_.number.empty()) {
       // An antenna's name may contain '=', so only the tree knows whether there is a value.
-      if (line_.effect.kind == Kind::Fails) addUnreadable("a number", findings);
+      if (line_.effect.kind == Kind::Fails) {
+        addUnreadable("a whole number, " + range() + ", not '" + shortened(firstWord()) + "'",
+                      findings);
+      }
     } else {
       checkNumber(findings);
     }
@@ -71,6 +84,10 @@ class LineValue {
     addFailure(Rule::UnreadableValue, "'" + parameter_.key + "' takes " + what, findings);
   }
 
+  std::string range() const { return "0 to " + std::to_string(parameter_.facts->largest()); }
+
+  std::string firstWord() const { return text_.substr(0, text_.find_first_of(" \t\v\f\r")); }
+
   void checkWord(Findings& findings) const {
     if (line_.effect.kind == Kind::Fails) {
       addUnreadable("a word", findings);
@@ -81,22 +98,18 @@ class LineValue {
 
   void checkNumber(Findings& findings) const {
     if (!fits()) {
-      addFailure(
-          Rule::OutOfRange,
-          "'" + parameter_.key + "' takes 0 to " + std::to_string(parameter_.facts->largest()),
-          findings);
+      addFailure(Rule::OutOfRange,
+                 "'" + parameter_.key + "' takes " + range() + ", not " + spelling_.number,
+                 findings);
       return;
     }
     if (!spelling_.readAlike()) {
-      findings.add(Rule::NumberSpelling, place(),
-                   "the device refuses '" + spelling_.gathered +
-                       "' and does not read the rest of the file; libstdc++ reads " +
-                       spelling_.number + ": write the number alone");
+      addSpelling(findings);
     } else {
       checkTextAfter(spelling_.number.size(), findings);
+      checkBase(findings);
     }
     checkSign(findings);
-    checkBase(findings);
   }
 
   // Whether the parameter accepts the number alone.
@@ -104,6 +117,17 @@ class LineValue {
     const SchemaProbe& probe =
         parameter_.pass == Pass::Selection ? file_.selection : file_.calibration;
     return probe.feed(line_.text.substr(0, at_) + spelling_.number).kind == Kind::Sets;
+  }
+
+  // The device refuses what it has gathered: an octal number with an 8 or 9, or letters after one.
+  void addSpelling(Findings& findings) const {
+    const std::string decimal = decimalOf(spelling_.gathered);
+    const bool octal = decimal != decimalOf(spelling_.number);
+    findings.add(Rule::NumberSpelling, place(),
+                 "the device cannot read '" + spelling_.gathered + "'" +
+                     (octal ? " (a leading zero means octal)" : "") +
+                     " and ignores the rest of the file: write " +
+                     (octal ? decimal : spelling_.number));
   }
 
   void checkSign(Findings& findings) const {
@@ -119,9 +143,11 @@ class LineValue {
     const bool octal = spelling_.number[digits] == '0' && spelling_.number.size() > digits + 1 &&
                        (spelling_.number[digits + 1] | 0x20) != 'x';
     if (!octal) return;
+    const std::string read = printedNumber();
+    const std::string decimal = decimalOf(spelling_.number);
     findings.add(Rule::OctalNumber, place(),
-                 "'" + spelling_.number + "' is octal: it is read as " + printedNumber() +
-                     "; a decimal number has no leading zero");
+                 "'" + spelling_.number + "' is octal and is read as " + read + ": write " + read +
+                     (decimal == read ? "" : ", or " + decimal + " if that is meant"));
   }
 
   // As the tree prints it, without the hexadecimal form.
