@@ -3,7 +3,7 @@
 
 #include <unistd.h>
 
-// Closes an open file at the end of its life. Below 0 it is none.
+// Closes an open file at the end of its life. A negative number means no file.
 class Descriptor {
  public:
   explicit Descriptor(int number) : number_(number) {}
