@@ -13,7 +13,7 @@
 #include "tools/block/crc_check.h"
 #include "tools/block/reader.h"
 #include "tools/block/view.h"
-#include "tools/device/library_log.h"
+#include "tools/device/device_library.h"
 #include "tools/probe/calibration_text.h"
 
 namespace {

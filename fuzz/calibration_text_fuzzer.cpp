@@ -1,25 +1,21 @@
 // SPDX-License-Identifier: Apache-2.0
 // A calibration text, read through both schemas and made into a block. The pieces between bytes
 // 0xFF are the texts of several files.
-#include <cstring>
-
 #include "fuzz/literal_load.h"
 #include "fuzz/support.h"
 #include "loader/calib_loading.h"
 #include "output/calib_converter.h"
+#include "tests/kit/params.h"
 
 namespace {
 
-constexpr const char* kPathFile = "path file";
+constexpr const char* kNameInLog = "path file";
 
 Bytes blockOf(const std::vector<calibration>& calibrations) {
   ccc_calib calib{};
-  const ParseResult result = parse_calibrations(calibrations, kPathFile, calib);
+  const ParseResult result = parse_calibrations(calibrations, kNameInLog, calib);
   if (result != ParseResult::ValidCalibration) return {};
-  const ccc_params params = CalibConverter::convert(calib);
-  Bytes block(sizeof(params));
-  std::memcpy(block.data(), &params, block.size());
-  return block;
+  return bytesOf(CalibConverter::convert(calib));
 }
 
 }  // namespace
@@ -38,7 +34,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   takeLog();
   const std::string thrown = thrownBy([&] { block = blockOf(calibrations); });
   const std::string literal_thrown =
-      thrownBy([&] { literal_block = literal.blockOf(files, kPathFile); });
+      thrownBy([&] { literal_block = literal.blockOf(files, kNameInLog); });
   requireSameLog(literal.log);
   require(thrown == literal_thrown, "the same exception is thrown as by the literal reader");
   require(block == literal_block, "the block is that of the literal reader");

@@ -47,8 +47,8 @@ DeviceFolder::DeviceFolder(const std::string& description) {
   const std::vector<std::string> texts = split(description, '\xFF');
   if (!texts.empty()) country_ = flat(texts[0]);
   if (texts.size() > 1) path_property_ = nameOf(texts[1]);
-  setProperty("vendor.uwb.calibration.country_code", country_);
-  setProperty("ro.vendor.uwb.calibration.calibrationpaths", path_property_);
+  setProperty(kCountryProperty, country_);
+  setProperty(kPathsProperty, path_property_);
   for (size_t i = 2; i < texts.size(); ++i) writeFile(texts[i]);
 }
 

@@ -13,8 +13,6 @@
 
 namespace {
 
-using Bytes = std::vector<uint8_t>;
-
 constexpr int kMostLevels = 4;
 
 // Words that begin each other, that are empty, or that are marks of the text format.

@@ -1,18 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <cstdint>
 #include <functional>
 #include <optional>
-#include <string>
 #include <utility>
-#include <vector>
 
 #include "tests/kit/doubles.h"
 
 // A whole load in its plain meaning, step by step.
-
-using Bytes = std::vector<uint8_t>;
 
 // A path and the whole text of its file.
 using LiteralFile = std::pair<std::string, std::string>;

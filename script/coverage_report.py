@@ -13,7 +13,7 @@ import sys
 # Folders, and the least share of lines, outcomes and conditions in percent.
 PARTS = {
     "library": (("grammar", "schema", "output", "loader"), (100, 100, 100)),
-    "command": (("tools",), (98, 92, 75)),
+    "command": (("tools",), (100, 98, 95)),
 }
 
 # Conditions that cannot have one of their outcomes: file, line of code, which of its conditions.

@@ -12,7 +12,8 @@ readonly BUILD_PACKAGES=(
 readonly ANALYSE_PACKAGES=(clang clang-tidy cppcheck)
 readonly BENCHMARK_PACKAGES=(libbenchmark-dev valgrind strace)
 readonly COVERAGE_PACKAGES=(clang-19 llvm-19 libclang-rt-19-dev zsh)
-readonly PACKAGE_PACKAGES=(dpkg-dev file git lintian)
+readonly PACKAGE_PACKAGES=(dpkg-dev file git)
+readonly BROWSER_PACKAGES=(chromium chromium-driver python3-selenium pngquant)
 readonly FUZZ_PACKAGES=(clang llvm libclang-rt-14-dev)
 
 # Says what is done next, and when: minutes and seconds since the first script began. The steps of a
@@ -68,13 +69,14 @@ configure_preset() {
   done
 }
 
-# Configures and builds the preset $1, with the targets that follow or all.
+# Configures and builds the preset $1, with the targets that follow or all. Waits for another leg that
+# builds it too.
 build_preset() {
   local preset=$1
   shift
   configure_preset "$preset" || return
   step "build ${*:-all} in build/$preset"
-  quietly cmake --build "build/$preset" ${@:+--target "$@"}
+  quietly flock "build/$preset" cmake --build "build/$preset" ${@:+--target "$@"}
 }
 
 # Runs a command and shows its output only when it fails.

@@ -195,6 +195,22 @@ def all_mutants():
         yield from sorted(made.values(), key=lambda m: m.line)
 
 
+def patches():
+    """The larger changes: blocks of a title, a path and the places that change."""
+    for block in read(os.path.join(PROJECT, "script", "mutants.patches")).split("\n\n")[1:]:
+        title, path, places = block.rstrip("\n").split("\n", 2)
+        path = path.removeprefix("--- ")
+        source = text = "\n" + read(os.path.join(PROJECT, path))
+        for place in places.split("\n@@\n"):
+            old = "".join(f"\n{line[1:]}" for line in place.split("\n") if line[0] in " -")
+            new = "".join(f"\n{line[1:]}" for line in place.split("\n") if line[0] in " +")
+            if text.count(old + "\n") != 1:
+                fail(f"'{title}' does not fit {path}, where this is not found just once:{old}")
+            text = text.replace(old + "\n", new + "\n")
+        first = len(os.path.commonprefix([source, text]))
+        yield make_mutant(path, source[1:], first - 1, len(source) - 1, text[first:], title)
+
+
 def read(path):
     with open(path, encoding="utf-8") as file:
         return file.read()

@@ -17,7 +17,7 @@ WORK = os.path.join(PROJECT, "build", "mutants")
 # The tests that notice most come first, after those of the changed file's own folder.
 TESTS = (
     "output schema grammar loader scenarios calibration_text_fuzzer_seeds grammar_fuzzer_seeds"
-    " load_fuzzer_seeds path_file_fuzzer_seeds abi_unload_order faults unloading"
+    " load_fuzzer_seeds path_file_fuzzer_seeds faults unloading"
 ).split()
 
 

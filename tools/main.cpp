@@ -4,9 +4,9 @@
 #include <exception>
 #include <iostream>
 
-#include "tools/command/command_line.h"
-#include "tools/device/library_log.h"
-#include "tools/text/output_file.h"
+#include "tools/command/command.h"
+#include "tools/device/device_library.h"
+#include "tools/text/input_output.h"
 
 namespace {
 
@@ -18,19 +18,8 @@ void occupyClosedStreams() {
   }
 }
 
-int run(int argc, char** argv) {
-  const Request request = parseCommandLine(argc, argv);
-  const Options& options = request.options;
-  showLog(options.log && !options.quiet);
-  const Outcome outcome = request.run == nullptr
-                              ? Outcome{kGood, request.answer, {}}
-                              : request.run(options, Paint(wantsColour(options)));
-  const std::string remark = options.quiet ? "" : outcome.remark;
-  for (const std::string& text : {outcome.failure, remark}) {
-    if (!text.empty()) std::cerr << kErrorPrefix << printable(text) << '\n';
-  }
-  if (outcome.result.has_value()) writeOutput(options.output, *outcome.result);
-  return outcome.status;
+void complain(const std::string& text) {
+  if (!text.empty()) std::cerr << "tarnix-uwb-params: " << printable(text) << '\n';
 }
 
 }  // namespace
@@ -38,9 +27,16 @@ int run(int argc, char** argv) {
 int main(int argc, char** argv) {
   occupyClosedStreams();
   try {
-    return run(argc, argv);
+    const Request request = parseCommandLine(argc, argv);
+    const Options& options = request.options;
+    showLog(options.log && !options.quiet);
+    const Outcome outcome = request.run(options, Paint(options.in_colour));
+    complain(outcome.failure);
+    if (!options.quiet) complain(outcome.remark);
+    if (outcome.result.has_value()) writeOutput(options.output, *outcome.result);
+    return outcome.status;
   } catch (const std::exception& e) {
-    std::cerr << kErrorPrefix << printable(e.what()) << '\n';
+    complain(e.what());
     return kTrouble;
   }
 }

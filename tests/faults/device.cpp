@@ -31,8 +31,8 @@ Device::Device() {
   write(kPathFile, pathFileText());
   write(kCommonFile, commonText());
   write(kCountryFile, countryText());
-  setProperty("ro.vendor.uwb.calibration.calibrationpaths", kPathFile);
-  setProperty("vendor.uwb.calibration.country_code", "FR");
+  setProperty(kPathsProperty, kPathFile);
+  setProperty(kCountryProperty, "FR");
   takeLog();
 }
 

@@ -164,12 +164,12 @@ struct FailedLoad {
   explicit FailedLoad(size_t before) {
     const size_t descriptors_before = openDescriptors();
     const size_t live_before = liveAllocations();
-    uint8_t buffer[GUARD + TARNIX_UWB_PARAMS_SIZE + GUARD];
-    guard(buffer, TARNIX_UWB_PARAMS_SIZE, nullptr, 0);
+    uint8_t buffer[kGuard + TARNIX_UWB_PARAMS_SIZE + kGuard];
+    std::fill(std::begin(buffer), std::end(buffer), kUntouched);
     {
       const FailingAllocation failure(before);
       try {
-        result = load_uwb_params_from_files(buffer + GUARD, TARNIX_UWB_PARAMS_SIZE);
+        result = load_uwb_params_from_files(buffer + kGuard, TARNIX_UWB_PARAMS_SIZE);
       } catch (const OutOfMemory&) {
         threw = true;
       }
@@ -213,7 +213,7 @@ bool isLostInACopy() {
 
 // What is written is nothing or a whole block, and nothing around it.
 void expectWholeBlock(const FailedLoad& failed) {
-  const auto buffer = failed.memory.begin() + GUARD;
+  const auto buffer = failed.memory.begin() + kGuard;
   const Bytes written(buffer, buffer + static_cast<std::ptrdiff_t>(failed.result));
   EXPECT_TRUE(written.empty() || written.size() == 82);
   EXPECT_EQ(written, written.empty() ? written : sealed(written));

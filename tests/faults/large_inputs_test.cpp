@@ -38,19 +38,19 @@ class LargeInputs : public testing::Test {
   Device device;
 };
 
-TEST_F(LargeInputs, APathFileWithAMillionLines) {
+TEST_F(LargeInputs, PathFileWithAMillionLines) {
   const size_t lines = effort(1000000);
   fill(kPathFile, "\n", lines, pathFileText());
   expectRightBlockWithin(lines + lines / 20 + kSmall);
 }
 
-TEST_F(LargeInputs, ALineOfTenMegabytesInAPathFile) {
+TEST_F(LargeInputs, LineOfTenMegabytesInAPathFile) {
   device.write(kPathFile, std::string(10 * kMegabyte, 'a') + "\n" + pathFileText());
   keepLog(false);
   expectRightBlock();
 }
 
-TEST_F(LargeInputs, ALineOfTenMegabytesInAText) {
+TEST_F(LargeInputs, LineOfTenMegabytesInAText) {
   const std::string filler(10 * kMegabyte, ' ');
   device.write(kCountryFile, countryText() + "xtal_trim=" + filler + "40\n");
   expectRightBlock();

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <unistd.h>
 
 #include "tests/faults/device.h"
 #include "tests/faults/effort.h"
@@ -8,6 +10,25 @@
 #include "tests/kit/doubles.h"
 
 namespace {
+
+// While it lives, this process can open `more` further files at most.
+class DescriptorLimit {
+ public:
+  explicit DescriptorLimit(rlim_t more) {
+    EXPECT_EQ(getrlimit(RLIMIT_NOFILE, &before), 0);
+    const int next = dup(0);
+    close(next);
+    rlimit limit = before;
+    limit.rlim_cur = static_cast<rlim_t>(next) + more;
+    EXPECT_EQ(setrlimit(RLIMIT_NOFILE, &limit), 0);
+  }
+  ~DescriptorLimit() { EXPECT_EQ(setrlimit(RLIMIT_NOFILE, &before), 0); }
+  DescriptorLimit(const DescriptorLimit&) = delete;
+  DescriptorLimit& operator=(const DescriptorLimit&) = delete;
+
+ private:
+  rlimit before;
+};
 
 // Loads, without what a test keeps of it.
 uint32_t bareLoad() {
@@ -39,6 +60,13 @@ TEST(RepeatedLoads, OfInvalidTextsLeaveMemoryAndDescriptorsLevel) {
   device.write(kCountryFile, "version=x\n");
   device.write(kCommonFile, "ch5.antenna_selection=a\n");
   expectLevel(effort(10000), 0);
+}
+
+TEST(RepeatedLoads, NeedOneDescriptor) {
+  const Device device;
+  const DescriptorLimit limit(1);
+  expectRightBlock();
+  expectRightBlock();
 }
 
 }  // namespace

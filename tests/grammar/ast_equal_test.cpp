@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <stdexcept>
-
 #include "tests/grammar/nodes.h"
 #include "tests/kit/any_stream.h"
 #include "tests/kit/byte_order.h"
@@ -43,38 +41,17 @@ TEST_P(AstEqualParse, NothingElseMatches) {
   EXPECT_LOG();
 }
 
-TEST_P(AstEqualParse, TakesOneCharacter) {
-  AstEqual<uint8_t> node(0);
-  const auto input = stream("x=5");
-  EXPECT_FALSE(node.parse(*input));
-  EXPECT_TRUE(node.parse(*input));
-}
-
-TEST_P(AstEqualParse, BadValueThrows) {
-  AstEqual<uint8_t> node(0);
-  EXPECT_THROW(node.parse(*stream("==5")), std::invalid_argument);
-  EXPECT_LOG(error("Unexpected_value\n"));
-}
-
 TEST(AstEqual, PrintsAndSerializesItsValueOnly) {
   AstEqual<uint16_t> node(3);
   Bytes out = {0xEE};
   EXPECT_EQ(printed(node), " = <undefined>");
   EXPECT_EQ(node.serialize(out, kSwapBytes), 0U);
-  std::istringstream input("=0x1122");
-  node.parse(input);
+  parse(node, "=0x1122");
   EXPECT_EQ(printed(node), " = 4386 (0x1122)");
   EXPECT_EQ(node.serialize(out, kSwapBytes), 2U);
   EXPECT_EQ(out, joined({{0xEE}, inReversedHostOrder({0x11, 0x22})}));
   EXPECT_EQ(serialized(node, kNoConversion), inHostOrder({0x11, 0x22}));
   EXPECT_EQ(serialized(node, kNeither), inHostOrder({0x11, 0x22}));
-}
-
-TEST(AstEqual, IsNeitherMissingNorWritten) {
-  AstEqual<uint8_t> node(0);
-  EXPECT_EQ(missingIn(node), Names());
-  node.toBuffer(kSwapBytes);
-  EXPECT_EQ(node.value(), std::nullopt);
 }
 
 }  // namespace

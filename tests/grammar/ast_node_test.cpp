@@ -21,16 +21,6 @@ class BareNode : public AstNode {
   size_t serialize(Bytes& /*out*/, EndiannessConversion /*conversion*/) const override { return 0; }
 };
 
-// Tells when it is destroyed.
-class MortalNode : public BareNode {
- public:
-  explicit MortalNode(bool& dead) : BareNode("mortal", 0), dead_(dead) {}
-  ~MortalNode() override { dead_ = true; }
-
- private:
-  bool& dead_;
-};
-
 TEST(AstNode, OfItselfPrintsItsNameAndNothingElse) {
   BareNode node("name", 4);
   EXPECT_EQ(node.getClass(), "AstNode");
@@ -47,22 +37,9 @@ TEST(AstNode, OfItselfPrintsItsNameAndNothingElse) {
 
 TEST(AstNode, IsAbstractAndNotCopyable) {
   EXPECT_TRUE(std::is_abstract_v<AstNode>);
+  EXPECT_TRUE(std::has_virtual_destructor_v<AstNode>);
   EXPECT_FALSE(std::is_copy_constructible_v<BareNode>);
   EXPECT_FALSE(std::is_copy_assignable_v<BareNode>);
-}
-
-TEST(AstNode, IsDestroyedWithTheLastThatOwnsIt) {
-  bool dead = false;
-  std::shared_ptr<AstNode> child = std::make_shared<MortalNode>(dead);
-  auto parent = group("group", {child});
-  child.reset();
-  EXPECT_FALSE(dead);
-  parent.reset();
-  EXPECT_TRUE(dead);
-  dead = false;
-  std::unique_ptr<AstNode> alone = std::make_unique<MortalNode>(dead);
-  alone.reset();
-  EXPECT_TRUE(dead);
 }
 
 template <typename T>

@@ -183,13 +183,11 @@ TEST_P(AstRootParse, MarkerBeforeTheEqualSignMakesAComment) {
 
 TEST_P(AstRootParse, CommentReachesNoParameterEvenOfItsName) {
   uint8_t target = 0;
-  AstRoot tree("", std::nullopt, 0,
-               {param("#a", &target), param("//a", &target), param(";a", &target),
-                group("ant#0", {param("a", &target)}), param("//x", &target)},
-               0);
-  EXPECT_TRUE(tree.parse(*stream("#a=1\n//a=1\n;a=1\nant#0.a=1\n/[CCC]/x=7")));
+  const auto tree = root({param("#a", &target), param("//a", &target), param(";a", &target),
+                          group("ant#0", {param("a", &target)}), param("//x", &target)});
+  EXPECT_TRUE(tree->parse(*stream("#a=1\n//a=1\n;a=1\nant#0.a=1\n/[CCC]/x=7")));
   // Comments are found before the mark is removed.
-  EXPECT_EQ(missingIn(tree), (Names{"#a", "//a", ";a", "ant#0.a"}));
+  EXPECT_EQ(missingIn(*tree), (Names{"#a", "//a", ";a", "ant#0.a"}));
   EXPECT_LOG(ignored("#a=1"), ignored("//a=1"), ignored(";a=1"), ignored("ant#0.a=1"));
 }
 
@@ -216,57 +214,61 @@ class AstRootOrder : public AstRootParse {
 
 INSTANTIATE_TEST_SUITE_P(Streams, AstRootOrder, kAllStreams);
 
-TEST_P(AstRootOrder, FirstOfTwoEqualParametersTakesEveryLine) {
-  AstRoot tree("", std::nullopt, 0, {param("a", &first), param("a", &second)}, 0);
-  EXPECT_TRUE(tree.parse(*stream("a=1\na=2")));
-  EXPECT_EQ(printed(tree), "\na = 2 (0x2)\na = <undefined>");
+TEST_P(AstRootOrder, ChildrenAreTriedInOrderEachFromTheSameText) {
+  const struct {
+    std::shared_ptr<AstRoot> tree;
+    const char* text;
+    const char* printed;
+  } rows[] = {
+      {root({param("a", &first), param("a", &second)}), "a=1\na=2",
+       "\na = 2 (0x2)\na = <undefined>"},
+      {root({group("ant", {group("ch5", {param("a", &first)})}),
+             group("ant", {group("ch9", {param("a", &second)})})}),
+       "ant.ch9.a=5", "\nant\nch5\na = <undefined>\nant\nch9\na = 5 (0x5)"},
+      {root({param("a_name_that_is_longer_than_the_line", &first), param("a", &second)}), "a=1",
+       "\na_name_that_is_longer_than_the_line = <undefined>\na = 1 (0x1)"},
+      // The first group has read a number and a value's key when it gives up.
+      {root({numberedGroup("grp", 0, {group("x", {param("a", &first)})}),
+             numberedGroup("grp", 1, {group("y", {param("a", &second)})})}),
+       "grp010.y.a=010", "\ngrp0\nx\na = <undefined>\ngrp1\ny\na = 8 (0x8)"},
+      {root({param("", &first), group("", {param("", &second)})}), "=1\n.=2",
+       "\n = 1 (0x1)\n\n = 2 (0x2)"},
+      // After a group that takes its lines, another one of its name still takes none of them.
+      {root({group("g", {param("b", &first)}),
+             group("g", {param("a", &first), param("b", &second)})}),
+       "g.a=1\ng.b=2", "\ng\nb = 2 (0x2)\ng\na = 1 (0x1)\nb = <undefined>"},
+  };
+  for (const auto& row : rows) {
+    EXPECT_TRUE(row.tree->parse(*stream(row.text)));
+    EXPECT_EQ(printed(*row.tree), row.printed);
+  }
 }
 
 TEST_P(AstRootOrder, FirstGroupOfANameTakesTheLineWhateverItsNumber) {
   for (const uint8_t id : Bytes{0, 1}) {
     for (const char* line : {"grp0.a=5", "grp1.a=5", "grp7.a=5", "grp255.a=5"}) {
       const auto other = static_cast<uint8_t>(1 - id);
-      AstRoot tree("", std::nullopt, 0,
-                   {numberedGroup("grp", id, {param("a", &first)}),
-                    numberedGroup("grp", other, {param("a", &second)})},
-                   0);
-      EXPECT_TRUE(tree.parse(*stream(line)));
-      EXPECT_EQ(printed(tree), "\ngrp" + std::to_string(id) + "\na = 5 (0x5)\ngrp" +
-                                   std::to_string(other) + "\na = <undefined>");
+      const auto tree = root({numberedGroup("grp", id, {param("a", &first)}),
+                              numberedGroup("grp", other, {param("a", &second)})});
+      EXPECT_TRUE(tree->parse(*stream(line)));
+      EXPECT_EQ(printed(*tree), "\ngrp" + std::to_string(id) + "\na = 5 (0x5)\ngrp" +
+                                    std::to_string(other) + "\na = <undefined>");
     }
   }
 }
 
-TEST_P(AstRootOrder, SecondGroupOfANameTakesWhatTheFirstRejects) {
-  AstRoot tree("", std::nullopt, 0,
-               {group("ant", {group("ch5", {param("a", &first)})}),
-                group("ant", {group("ch9", {param("a", &second)})})},
-               0);
-  EXPECT_TRUE(tree.parse(*stream("ant.ch9.a=5")));
-  EXPECT_EQ(printed(tree), "\nant\nch5\na = <undefined>\nant\nch9\na = 5 (0x5)");
-}
-
-TEST_P(AstRootOrder, ShorterNameIsTriedAfterALongerOne) {
-  AstRoot tree("", std::nullopt, 0,
-               {param("a_name_that_is_longer_than_the_line", &first), param("a", &second)}, 0);
-  EXPECT_TRUE(tree.parse(*stream("a=1")));
-  EXPECT_EQ(printed(tree), "\na_name_that_is_longer_than_the_line = <undefined>\na = 1 (0x1)");
-}
-
 TEST_P(AstRootOrder, GroupWithoutItsNumberThrowsBeforeALaterChildIsTried) {
-  AstRoot tree("", std::nullopt, 0,
-               {numberedGroup("grp", 0, {param("a", &first)}), param("grpx", &second)}, 0);
-  EXPECT_THROW(tree.parse(*stream("grpx=1")), std::invalid_argument);
+  const auto tree = root({numberedGroup("grp", 0, {param("a", &first)}), param("grpx", &second)});
+  EXPECT_THROW(tree->parse(*stream("grpx=1")), std::invalid_argument);
   EXPECT_LOG(error("Expected Value"));
 }
 
 TEST_P(AstRootOrder, EveryLineStartsFromAFreshState) {
-  AstRoot tree("", std::nullopt, 0,
-               {param("v", &first), numberedGroup("grp", 0, {param("a", &second)})}, 0);
-  EXPECT_TRUE(tree.parse(*stream("v=0x10\ngrp08.a=1\nv=010\ngrp099.a=2")));
-  EXPECT_EQ(printed(tree), "\nv = 8 (0x8)\ngrp0\na = 2 (0x2)");
+  const auto tree = root({param("v", &first), numberedGroup("grp", 0, {param("a", &second)})});
+  EXPECT_TRUE(tree->parse(*stream("v=0x10\ngrp08.a=1\nv=010\ngrp099.a=2")));
+  EXPECT_EQ(printed(*tree), "\nv = 8 (0x8)\ngrp0\na = 2 (0x2)");
   EXPECT_LOG();
-  EXPECT_THROW(tree.parse(*stream("v=0x10\ngrp0377.a=3")), std::invalid_argument);
+  EXPECT_THROW(tree->parse(*stream("v=0x10\ngrp0377.a=3")), std::invalid_argument);
   EXPECT_LOG(error("Expected Value"));
 }
 
@@ -283,33 +285,15 @@ TEST_P(AstRootOrder, WidthAndExceptionsOfOneLineDoNotReachTheNext) {
     size_t serialize(std::vector<uint8_t>&, EndiannessConversion) const override { return 0; }
   };
   std::string word;
-  AstRoot root("", std::nullopt, 0, {group("a", {std::make_shared<Careless>()}), param("w", &word)},
-               0);
-  root.parse(*stream("a.=\nw=long\n"));
-  root.toBuffer(kNoConversion);
+  const auto tree = root({group("a", {std::make_shared<Careless>()}), param("w", &word)});
+  tree->parse(*stream("a.=\nw=long\n"));
+  tree->toBuffer(kNoConversion);
   EXPECT_EQ(word, "long");
 }
 
-// The first group has read a number and a value's key when it gives up; the second starts anew.
-TEST_P(AstRootOrder, EveryChildStartsFromTheSameText) {
-  AstRoot tree("", std::nullopt, 0,
-               {numberedGroup("grp", 0, {group("x", {param("a", &first)})}),
-                numberedGroup("grp", 1, {group("y", {param("a", &second)})})},
-               0);
-  EXPECT_TRUE(tree.parse(*stream("grp010.y.a=010")));
-  EXPECT_EQ(printed(tree), "\ngrp0\nx\na = <undefined>\ngrp1\ny\na = 8 (0x8)");
-}
-
 TEST_P(AstRootOrder, RootWithoutChildrenTakesNothing) {
-  AstRoot tree("", std::nullopt, 0, {}, 0);
-  EXPECT_TRUE(tree.parse(*stream("a=1\n# b=2")));
+  EXPECT_TRUE(root({})->parse(*stream("a=1\n# b=2")));
   EXPECT_LOG(debug("--------------Ignored: #b=2\n"));
-}
-
-TEST_P(AstRootOrder, ParametersWithEmptyNames) {
-  AstRoot tree("", std::nullopt, 0, {param("", &first), group("", {param("", &second)})}, 0);
-  EXPECT_TRUE(tree.parse(*stream("=1\n.=2")));
-  EXPECT_EQ(printed(tree), "\n = 1 (0x1)\n\n = 2 (0x2)");
 }
 
 TEST_P(AstRootOrder, NameAndNumberOfTheRootMatchNothing) {
@@ -327,10 +311,9 @@ TEST(AstRootPrint, IsThatOfAGroup) {
 }
 
 TEST(AstRootValidate, TreeWithoutTargetsLacksNothing) {
-  AstRoot tree("", std::nullopt, 0,
-               {param<uint8_t>("a", nullptr), group("g", {param<uint32_t>("b", nullptr)})}, 0);
   Names missing;
-  EXPECT_TRUE(tree.validate(missing, {}));
+  EXPECT_TRUE(root({param<uint8_t>("a", nullptr), group("g", {param<uint32_t>("b", nullptr)})})
+                  ->validate(missing, {}));
   EXPECT_EQ(missing, Names());
 }
 
@@ -343,11 +326,9 @@ TEST(AstRootValidate, NameOfTheRootIsNoPartOfThePath) {
   Names missing = {"earlier"};
   EXPECT_FALSE(tree.validate(missing, {}));
   EXPECT_EQ(missing, (Names{"earlier", "a", "g.b", "c"}));
-  std::istringstream most("a=1\ng.b=1");
-  tree.parse(most);
+  parse(tree, "a=1\ng.b=1");
   EXPECT_EQ(missingIn(tree), Names{"c"});
-  std::istringstream last("c=1");
-  tree.parse(last);
+  parse(tree, "c=1");
   missing = {};
   EXPECT_TRUE(tree.validate(missing, {}));
   EXPECT_EQ(missing, Names());
@@ -374,20 +355,19 @@ TEST(AstRootSerialize, WithoutChildrenMagicAndChecksumRemain) {
 
 // The checksums were computed by another program: Python's zlib.crc32.
 TEST(AstRootSerialize, MagicAndChecksumMostSignificantByteFirst) {
-  EXPECT_EQ(serialized(AstRoot("", {}, 0, {}, 0), kMostSignificantByteFirst),
+  EXPECT_EQ(serialized(*root({}), kMostSignificantByteFirst),
             (Bytes{0xDE, 0xCA, 0x25, 0xD3, 0xD1, 0xC0}));
 }
 
 TEST(AstRootSerialize, MagicAndChecksumLeastSignificantByteFirst) {
-  EXPECT_EQ(serialized(AstRoot("", {}, 0, {}, 0), kHostIsLittleEndian ? kNoConversion : kSwapBytes),
+  EXPECT_EQ(serialized(*root({}), kHostIsLittleEndian ? kNoConversion : kSwapBytes),
             (Bytes{0xCA, 0xDE, 0xE8, 0xD2, 0xA7, 0x11}));
 }
 
 class AstRootSerializeTree : public testing::Test {
  protected:
   void SetUp() override {
-    std::istringstream input("v=0x1122\ng1.p=0x33\ng1.w=0x44556677\nw=0x8899AABB");
-    tree.parse(input);
+    parse(tree, "v=0x1122\ng1.p=0x33\ng1.w=0x44556677\nw=0x8899AABB");
     takeLog();
   }
 
@@ -436,13 +416,6 @@ TEST_F(AstRootSerializeTree, ChecksumCoversWhatWasThereBefore) {
               joined({before, sealed(before, body(inReversedHostOrder), inReversedHostOrder)}));
     EXPECT_NE(Bytes(out.end() - 23, out.end()), first);
   }
-}
-
-TEST_F(AstRootSerializeTree, ToBufferReachesEveryChild) {
-  tree.toBuffer(kSwapBytes);
-  EXPECT_EQ(half, 0x2211);
-  EXPECT_EQ(byte, 0x33);
-  EXPECT_EQ(whole, 0xBBAA9988U);
 }
 
 }  // namespace

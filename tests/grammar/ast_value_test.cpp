@@ -8,7 +8,6 @@
 
 #include "tests/grammar/nodes.h"
 #include "tests/kit/any_stream.h"
-#include "tests/kit/byte_order.h"
 #include "tests/kit/doubles.h"
 #include "tests/kit/standard_library.h"
 
@@ -168,11 +167,10 @@ template <typename T>
 void expectLastGoodValue(const std::vector<std::string>& texts, const T& expected) {
   AstValue<T> node("", 0);
   for (const std::string& text : texts) {
-    std::istringstream input(text);
     if (text == "bad" || text == " ") {
-      EXPECT_THROW(node.parse(input), std::invalid_argument);
+      EXPECT_THROW(parse(node, text), std::invalid_argument);
     } else {
-      EXPECT_TRUE(node.parse(input));
+      EXPECT_TRUE(parse(node, text));
     }
   }
   EXPECT_EQ(node.value, expected);
@@ -236,29 +234,7 @@ TEST(AstValuePrint, NumberLeavesTheStreamInHexadecimal) {
   EXPECT_EQ(out.str(), " = ant0 = <undefined> = 16 (0x10) = 16 (0x10)");
 }
 
-// Appends an empty and a filled node to other bytes.
-template <typename T>
-Bytes serializedValue(const T& value, EndiannessConversion conversion) {
-  Bytes out = {0xEE};
-  AstValue<T> node("", 0);
-  EXPECT_EQ(node.serialize(out, conversion), 0U);
-  const size_t count = filled(node, value).serialize(out, conversion);
-  EXPECT_EQ(count, out.size() - 1);
-  EXPECT_EQ(out[0], 0xEE);
-  return Bytes(out.begin() + 1, out.end());
-}
-
-TEST(AstValueSerialize, OnlySwapBytesReversesNumbers) {
-  takeLog();
-  for (const auto conversion : {kNoConversion, kSwapBytes, kNeither}) {
-    const auto order = conversion == kSwapBytes ? inReversedHostOrder : inHostOrder;
-    EXPECT_EQ(serializedValue<uint8_t>(0x11, conversion), Bytes{0x11});
-    EXPECT_EQ(serializedValue<uint16_t>(0x2233, conversion), order({0x22, 0x33}));
-    EXPECT_EQ(serializedValue<uint32_t>(0x44556677, conversion), order({0x44, 0x55, 0x66, 0x77}));
-  }
-  EXPECT_LOG();
-}
-
+// ast_root_test.cpp tests how numbers are written.
 TEST(AstValueSerialize, WordIsWrittenAsTheStringObject) {
   AstValue<std::string> node("", 0);
   filled<std::string>(node, "ant0");
@@ -267,15 +243,6 @@ TEST(AstValueSerialize, WordIsWrittenAsTheStringObject) {
   EXPECT_EQ(serialized(node, kNoConversion), object);
   EXPECT_EQ(serialized(node, kNeither), object);
   EXPECT_EQ(serialized(node, kSwapBytes), Bytes(object.rbegin(), object.rend()));
-}
-
-TEST(AstValue, IsNeitherMissingNorWritten) {
-  AstValue<uint8_t> node("", 0);
-  Names missing;
-  EXPECT_TRUE(node.validate(missing, {"group"}));
-  EXPECT_EQ(missing, Names());
-  node.toBuffer(kSwapBytes);
-  EXPECT_EQ(node.value, std::nullopt);
 }
 
 }  // namespace

@@ -11,10 +11,9 @@
 
 #include "grammar/text_stream.h"
 #include "tests/kit/any_stream.h"
+#include "tests/kit/types.h"
 
 namespace {
-
-using Names = std::vector<std::string>;
 
 // Holds a text and throws where it ends.
 class FailingBuffer : public std::streambuf {
@@ -31,16 +30,16 @@ class FailingBuffer : public std::streambuf {
   std::string text;
 };
 
-std::vector<std::string> linesOf(std::istream& input) {
-  std::vector<std::string> lines;
+Names linesOf(std::istream& input) {
+  Names lines;
   LineReader reader(input);
   for (Line line; reader.next(line);) lines.emplace_back(line.text);
   return lines;
 }
 
 // The same by the language's own means.
-std::vector<std::string> expectedLines(const std::string& text) {
-  std::vector<std::string> lines;
+Names expectedLines(const std::string& text) {
+  Names lines;
   std::istringstream input(text);
   for (std::string line; std::getline(input, line);) {
     if (line.find('=') != line.npos) lines.push_back(line);
@@ -50,36 +49,18 @@ std::vector<std::string> expectedLines(const std::string& text) {
 
 class LineReaderOf : public testing::TestWithParam<StreamKind> {
  protected:
-  std::vector<std::string> linesOfText(const std::string& text) const {
-    return linesOf(*streamOf(GetParam(), text));
-  }
+  Names linesOfText(const std::string& text) const { return linesOf(*streamOf(GetParam(), text)); }
 };
 
-INSTANTIATE_TEST_SUITE_P(Streams, LineReaderOf,
-                         testing::Values(StreamKind::Input, StreamKind::InputAndOutput,
-                                         StreamKind::OneCharacterAtATime));
+INSTANTIATE_TEST_SUITE_P(Streams, LineReaderOf, kAllStreams);
 
-TEST_P(LineReaderOf, EmptyTextHasNoLines) {
-  EXPECT_EQ(linesOfText(""), Names());
-}
-
-TEST_P(LineReaderOf, LinesWithoutAnEqualSignAreSkipped) {
-  EXPECT_EQ(linesOfText("a\n\nb=1\n# c\n\nd=2\ne\n"), (Names{"b=1", "d=2"}));
-  EXPECT_EQ(linesOfText("a\n"), Names());
-  EXPECT_EQ(linesOfText("a"), Names());
-  EXPECT_EQ(linesOfText("\n"), Names());
-}
-
-TEST_P(LineReaderOf, LastLineMayLackItsLineFeed) {
-  EXPECT_EQ(linesOfText("a=1\nb=2"), (Names{"a=1", "b=2"}));
-  EXPECT_EQ(linesOfText("a=1\nb"), (Names{"a=1"}));
-  EXPECT_EQ(linesOfText("="), (Names{"="}));
-}
-
-TEST_P(LineReaderOf, OnlyTheLineFeedEndsALine) {
-  EXPECT_EQ(linesOfText("a=1\r\n\v\f=\n"), (Names{"a=1\r", "\v\f="}));
-  EXPECT_EQ(linesOfText(std::string("a=\0b\nc\0=\n", 9)),
-            (Names{std::string("a=\0b", 4), std::string("c\0=", 3)}));
+TEST_P(LineReaderOf, LinesWithAnEqualSignAreThoseOfGetline) {
+  for (const std::string text : {"", "a\n\nb=1\n# c\n\nd=2\ne\n", "a\n", "a", "\n", "a=1\nb=2",
+                                 "a=1\nb", "=", "a=1\r\n\v\f=\n"}) {
+    EXPECT_EQ(linesOfText(text), expectedLines(text)) << text;
+  }
+  const std::string with_nul("a=\0b\nc\0=\n", 9);
+  EXPECT_EQ(linesOfText(with_nul), expectedLines(with_nul));
 }
 
 // Whether the only line of the text with a '=' is a comment.
@@ -91,7 +72,7 @@ bool isComment(StreamKind kind, const std::string& text) {
   return line.is_comment;
 }
 
-TEST_P(LineReaderOf, ACommentMarkStandsBeforeTheFirstEqualSign) {
+TEST_P(LineReaderOf, CommentMarkStandsBeforeTheFirstEqualSign) {
   for (const char* const line : {"#=", "# a=1", "a#=1", " #a=1", ";=", "; a=1", "a ;=1", "//=1",
                                  "// a=1", "a//=1", "/ /=", "/\t/a=1", "a/b/\r/=1", "///="}) {
     for (const char* const before : {"", "x\n", "#\n;\n//\n"}) {
@@ -135,7 +116,7 @@ TEST_P(LineReaderOf, LinesOfEveryLengthAroundABlockAreWhole) {
   }
 }
 
-TEST(LineReader, ALineLiesWhereTheTextOfTheStreamLies) {
+TEST(LineReader, LineLiesWhereTheTextOfTheStreamLies) {
   const std::string text = "x\nabc=1\ndef=2\n";
   TextStream stream;
   LineReader reader(stream.over(text));
@@ -146,7 +127,7 @@ TEST(LineReader, ALineLiesWhereTheTextOfTheStreamLies) {
   EXPECT_EQ(line.text.data(), text.data() + 8);
 }
 
-TEST(LineReader, ALineThatAReadErrorCutsOffIsDropped) {
+TEST(LineReader, LineThatAReadErrorCutsOffIsDropped) {
   FailingBuffer text("a=1\nb=2\nc=3");
   std::istream input(&text);
   EXPECT_EQ(linesOf(input), (Names{"a=1", "b=2"}));
@@ -198,15 +179,12 @@ TEST(LineReader, MarksAreSearchedForInEveryArea) {
   EXPECT_EQ(found, "a=1;b=2;c#=1 comment;d[=1 bracket; e=1;");
 }
 
-TEST(LineReader, AStreamWithoutABufferHasNoLines) {
-  std::istream input(nullptr);
-  EXPECT_EQ(linesOf(input), Names());
-}
-
-TEST(LineReader, AFailedStreamHasNoLines) {
-  std::istringstream input("a=1\n");
-  input.setstate(std::ios_base::failbit);
-  EXPECT_EQ(linesOf(input), Names());
+TEST(LineReader, FailedStreamAndOneWithoutABufferHaveNoLines) {
+  std::istream none(nullptr);
+  EXPECT_EQ(linesOf(none), Names());
+  std::istringstream failed("a=1\n");
+  failed.setstate(std::ios_base::failbit);
+  EXPECT_EQ(linesOf(failed), Names());
 }
 
 }  // namespace

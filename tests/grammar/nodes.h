@@ -3,24 +3,15 @@
 
 #include <memory>
 #include <optional>
-#include <sstream>
-#include <string>
-#include <vector>
 
 #include "grammar/ast_param.h"
 #include "grammar/ast_prefix.h"
 #include "grammar/ast_root.h"
+#include "tests/kit/trees.h"
 
-// Short words to build small trees with, and to ask them.
+// Short words to build small trees with.
 
-using Bytes = std::vector<uint8_t>;
-using Names = std::vector<std::string>;
 using Children = std::initializer_list<std::shared_ptr<AstNode>>;
-
-constexpr EndiannessConversion kNoConversion = EndiannessConversion::NoConversion;
-constexpr EndiannessConversion kSwapBytes = EndiannessConversion::SwapBytes;
-// No value of the enumeration. toBuffer swaps for it, to_bytes does not.
-constexpr EndiannessConversion kNeither = static_cast<EndiannessConversion>(2);
 
 template <typename T>
 std::shared_ptr<AstParam<T>> param(const std::string& name, T* target,
@@ -37,22 +28,8 @@ inline std::shared_ptr<AstPrefix> numberedGroup(const std::string& name, uint8_t
   return std::make_shared<AstPrefix>(name, id, 0, children, uint8_t{1});
 }
 
-inline std::string printed(const AstNode& node) {
-  std::ostringstream out;
-  node.print(out);
-  return out.str();
-}
-
-inline Bytes serialized(const AstNode& node, EndiannessConversion conversion = kSwapBytes) {
-  Bytes out;
-  node.serialize(out, conversion);
-  return out;
-}
-
-inline Names missingIn(AstNode& node) {
-  Names missing;
-  node.validate(missing, {});
-  return missing;
+inline std::shared_ptr<AstRoot> root(Children children) {
+  return std::make_shared<AstRoot>("", std::nullopt, 0, children, uint8_t{0});
 }
 
 // Bytes from several pieces, in order.

@@ -3,15 +3,8 @@
 // said to expect that. Every other child is asked.
 #include <gtest/gtest.h>
 
-#include <memory>
-#include <optional>
-#include <sstream>
-#include <string>
-#include <vector>
-
-#include "grammar/ast_param.h"
-#include "grammar/ast_root.h"
 #include "grammar/ast_value.h"
+#include "tests/grammar/nodes.h"
 
 namespace {
 
@@ -23,19 +16,18 @@ class AnyText : public AstNode {
     input >> text;
     return true;
   }
-  size_t serialize(std::vector<uint8_t>&, EndiannessConversion) const override { return 0; }
+  size_t serialize(Bytes&, EndiannessConversion) const override { return 0; }
 
   std::string text;
 };
 
-void parse(const std::shared_ptr<AstNode>& child, const std::string& text) {
-  std::istringstream input(text);
-  AstRoot("", std::nullopt, 0, {child}, 0).parse(input);
+void parseWith(const std::shared_ptr<AstNode>& child, const std::string& text) {
+  parse(*root({child}), text);
 }
 
 TEST(Refusal, NodeOfAnotherKindIsAskedWhateverItsName) {
   const auto child = std::make_shared<AnyText>("label");
-  parse(child, "other=1");
+  parseWith(child, "other=1");
   EXPECT_EQ(child->text, "other=1");
 }
 
@@ -49,42 +41,39 @@ class Alias : public AstParam<uint8_t> {
 TEST(Refusal, DerivedParameterIsAsked) {
   uint8_t target = 0;
   const auto alias = std::make_shared<Alias>("a", 0, std::nullopt, &target);
-  parse(alias, "$a=5");
-  alias->toBuffer(EndiannessConversion::NoConversion);
+  parseWith(alias, "$a=5");
+  alias->toBuffer(kNoConversion);
   EXPECT_EQ(target, 5);
 }
 
 TEST(Refusal, ChildThatExpectsItsNameIsAskedOnlyAboutItsFirstCharacter) {
   const auto child = std::make_shared<AnyText>("label");
   child->expectName();
-  parse(child, "other=1");
+  parseWith(child, "other=1");
   EXPECT_EQ(child->text, "");
-  parse(child, "less=1");
+  parseWith(child, "less=1");
   EXPECT_EQ(child->text, "less=1");
 }
 
 TEST(Refusal, ChildThatExpectsAnEmptyNameIsAsked) {
   const auto child = std::make_shared<AnyText>("");
   child->expectName();
-  parse(child, "other=1");
+  parseWith(child, "other=1");
   EXPECT_EQ(child->text, "other=1");
 }
 
 TEST(Refusal, ValueDoesNotBeginWithItsName) {
   const auto value = std::make_shared<AstValue<uint8_t>>("x", 0);
-  const auto group = std::make_shared<AstPrefix>(
-      "g", std::nullopt, 0, std::initializer_list<std::shared_ptr<AstNode>>{value}, uint8_t{0});
-  parse(group, "g.5=");
+  parseWith(group("g", {value}), "g.5=");
   EXPECT_EQ(value->value, std::optional<uint8_t>(5));
 }
 
 TEST(Refusal, RootInsideARootDoesNotBeginWithItsName) {
   uint8_t target = 0;
-  const auto param = std::make_shared<AstParam<uint8_t>>("a", 0, std::nullopt, &target);
-  const auto inner = std::make_shared<AstRoot>(
-      "inner", std::nullopt, 0, std::initializer_list<std::shared_ptr<AstNode>>{param}, uint8_t{0});
-  parse(inner, "a=5");
-  inner->toBuffer(EndiannessConversion::NoConversion);
+  const auto inner = std::make_shared<AstRoot>("inner", std::nullopt, 0,
+                                               Children{param("a", &target)}, uint8_t{0});
+  parseWith(inner, "a=5");
+  inner->toBuffer(kNoConversion);
   EXPECT_EQ(target, 5);
 }
 

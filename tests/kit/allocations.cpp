@@ -20,6 +20,8 @@ size_t peak_bytes = 0;
 
 }  // namespace
 
+void (*on_release)(const void* memory, size_t size) = nullptr;
+
 void* operator new(size_t size) {
   if (++count == failing) throw OutOfMemory();
   // A sanitizer's malloc ends the program for what no system has.
@@ -35,6 +37,7 @@ void* operator new(size_t size) {
 void operator delete(void* memory) noexcept {
   if (memory == nullptr) return;
   Header* const header = static_cast<Header*>(memory) - 1;
+  if (on_release != nullptr) on_release(memory, header->size);
   --live;
   live_bytes -= header->size;
   std::free(header);

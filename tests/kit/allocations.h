@@ -15,6 +15,9 @@ struct OutOfMemory : std::bad_alloc {
 size_t allocationCount();
 size_t liveAllocations();
 
+// Called with each block before it is released, if set.
+extern void (*on_release)(const void* memory, size_t size);
+
 // While it lives, one allocation fails: the one after `before` others. Only one may live at a time.
 class FailingAllocation {
  public:

@@ -1,18 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <cstdint>
 #include <sstream>
-#include <string>
-#include <vector>
 
 #include "tests/kit/calibration.h"
 #include "tests/kit/checksums.h"
+#include "tests/kit/types.h"
 
-using Bytes = std::vector<uint8_t>;
-
-inline std::vector<std::string> linesOf(const std::string& text) {
-  std::vector<std::string> lines;
+inline Names linesOf(const std::string& text) {
+  Names lines;
   std::istringstream input(text);
   for (std::string line; std::getline(input, line);) lines.push_back(line + "\n");
   return lines;

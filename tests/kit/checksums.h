@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <cstdint>
-#include <vector>
+#include "tests/kit/types.h"
 
 // The block's checksum, written a second time: whole bytes go in at the top of the register.
-inline uint16_t blockCrc16(const std::vector<uint8_t>& block) {
+inline uint16_t blockCrc16(const Bytes& block) {
   unsigned int crc = 1;
   for (size_t i = 2; i < block.size(); ++i) {
     crc ^= static_cast<unsigned int>(block[i] << 8);
@@ -15,7 +14,7 @@ inline uint16_t blockCrc16(const std::vector<uint8_t>& block) {
 }
 
 // The CRC-32 of Ethernet, gzip and zlib.
-inline uint32_t crc32Of(const std::vector<uint8_t>& bytes) {
+inline uint32_t crc32Of(const Bytes& bytes) {
   uint32_t crc = 0xFFFFFFFF;
   for (const uint8_t byte : bytes) {
     crc ^= byte;

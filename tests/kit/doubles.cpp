@@ -59,8 +59,11 @@ __attribute__((__format__(printf, 3, 4))) int __android_log_print(int prio, cons
   va_start(arguments, fmt);
   lines.push_back({prio, formatted(fmt, arguments), tag != nullptr});
   va_end(arguments);
+  if (on_log_line != nullptr) on_log_line({prio, lines.back().text.c_str(), tag != nullptr});
   return 1;
 }
+
+void (*on_log_line)(const LogLine& line) = nullptr;
 
 Log takeLog() {
   Log log;
@@ -89,8 +92,8 @@ void clearProperties() {
   properties.clear();
 }
 
-std::vector<std::string> takePropertyReads() {
-  std::vector<std::string> keys;
+Names takePropertyReads() {
+  Names keys;
   for (const Text& key : reads) keys.emplace_back(key.data(), key.size());
   reads.clear();
   return keys;

@@ -2,8 +2,8 @@
 #pragma once
 
 #include <ostream>
-#include <string>
-#include <vector>
+
+#include "tests/kit/types.h"
 
 // Stand in for the log and the system properties: the log is kept in memory, for comparison as a
 // whole, and the properties are a map that a test fills. What the doubles keep is not allocated
@@ -49,8 +49,15 @@ Log takeLog();
 // Requires that the lines since the last call are these and no others.
 #define EXPECT_LOG(...) EXPECT_EQ(takeLog(), (Log{__VA_ARGS__}))
 
+// Called with each line that is kept, if set: the log is a place where a caller's code runs.
+extern void (*on_log_line)(const LogLine& line);
+
 // Whether lines and keys are kept. Not where a test makes millions.
 void keepLog(bool keep);
+
+// The two that the library reads.
+inline constexpr const char* kPathsProperty = "ro.vendor.uwb.calibration.calibrationpaths";
+inline constexpr const char* kCountryProperty = "vendor.uwb.calibration.country_code";
 
 // Sets a property; an empty value unsets it.
 void setProperty(const std::string& key, const std::string& value);
@@ -58,4 +65,4 @@ void setProperty(const std::string& key, const std::string& value);
 void clearProperties();
 
 // The keys that were asked for since the last call, in order.
-std::vector<std::string> takePropertyReads();
+Names takePropertyReads();

@@ -1,18 +1,21 @@
-/* SPDX-License-Identifier: Apache-2.0 */
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <stddef.h>
-#include <stdint.h>
-#include <string.h>
+#include <algorithm>
+#include <cstddef>
 
-/* A caller's buffer lies between two guards of this size. */
-#define GUARD 64
+#include "tests/kit/types.h"
 
-/*
- * Fills the memory of a buffer and its guards: as it is before a load, or, with `count` bytes of
- * `written`, as it is when these were written to the buffer and nothing else was.
- */
-static inline void guard(uint8_t* memory, size_t capacity, const uint8_t* written, size_t count) {
-  memset(memory, 0xA5, GUARD + capacity + GUARD);
-  if (count > 0) memcpy(memory + GUARD, written, count);
+// A caller's buffer lies between two guards of this size. They, and the buffer before it is written
+// to, are full of one byte.
+constexpr size_t kGuard = 64;
+constexpr uint8_t kUntouched = 0xA5;
+
+// The memory of a buffer and its guards with `written` in the buffer. `shift` takes the buffer off
+// the alignment of any type.
+inline Bytes guarded(size_t capacity, const Bytes& written = {}, size_t shift = 0) {
+  Bytes memory(kGuard + capacity + shift + kGuard, kUntouched);
+  const auto buffer = memory.begin() + static_cast<std::ptrdiff_t>(kGuard + shift);
+  std::copy(written.begin(), written.end(), buffer);
+  return memory;
 }

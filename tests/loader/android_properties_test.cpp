@@ -9,9 +9,6 @@
 
 namespace {
 
-constexpr char kPathFile[] = "ro.vendor.uwb.calibration.calibrationpaths";
-constexpr char kCountryCode[] = "vendor.uwb.calibration.country_code";
-
 class AndroidPropertiesTest : public testing::Test {
  protected:
   void SetUp() override {
@@ -30,7 +27,7 @@ TEST_F(AndroidPropertiesTest, UnsetOrEmptyPropertyHasNoValue) {
     EXPECT_EQ(AndroidProperties::getSystemProp("a.key"), std::nullopt);
     EXPECT_EQ(AndroidProperties::getCalibPathProp(), std::nullopt);
     EXPECT_EQ(AndroidProperties::getCountryCodeProp(), std::nullopt);
-    for (const char* key : {"a.key", kPathFile, kCountryCode}) setProperty(key, "");
+    for (const char* key : {"a.key", kPathsProperty, kCountryProperty}) setProperty(key, "");
   }
 }
 
@@ -43,11 +40,11 @@ TEST_F(AndroidPropertiesTest, ValueIsReturnedAsStored) {
 
 TEST_F(AndroidPropertiesTest, EachIsReadAfreshUnderItsKey) {
   for (const char* code : {"US", "FR"}) {
-    setProperty(kPathFile, "/a/path");
-    setProperty(kCountryCode, code);
+    setProperty(kPathsProperty, "/a/path");
+    setProperty(kCountryProperty, code);
     EXPECT_EQ(AndroidProperties::getCalibPathProp(), "/a/path");
     EXPECT_EQ(AndroidProperties::getCountryCodeProp(), code);
-    EXPECT_EQ(takePropertyReads(), (std::vector<std::string>{kPathFile, kCountryCode}));
+    EXPECT_EQ(takePropertyReads(), (std::vector<std::string>{kPathsProperty, kCountryProperty}));
   }
 }
 

@@ -6,16 +6,14 @@
 #include <cstring>
 #include <type_traits>
 
-#include "tests/kit/byte_order.h"
+#include "tests/kit/allocations.h"
 #include "tests/kit/calibrations.h"
 #include "tests/kit/doubles.h"
 #include "tests/kit/temporary_tree.h"
 
-// tests/scenarios hold the log of every outcome.
+// tests/scenarios hold valid calibrations, and the log of every outcome.
 
 namespace {
-
-using Names = std::vector<std::string>;
 
 TEST(ParseResult, ValuesAreFixed) {
   EXPECT_EQ(static_cast<int>(ParseResult::NoCalibrationFiles), 0);
@@ -98,11 +96,12 @@ TEST_F(ReadCalibrations, AppendsToTheList) {
   EXPECT_FALSE(read_calibrations("no_such_path_file", "", read));
 }
 
-TEST_F(ReadCalibrations, ThereIsNoLimitOnTheNumberOfLines) {
-  tree.write("a", "one");
-  std::string lines;
-  for (int i = 0; i < 1000; ++i) lines += "a\n";
-  EXPECT_EQ(listed(lines).size(), 1000U);
+TEST_F(ReadCalibrations, PathFileWithoutMemoryIsThrown) {
+  tree.write("paths", "a path that is too long to lie in a string object itself\n");
+  std::vector<calibration> read;
+  const FailingAllocation failure(0);
+  EXPECT_THROW(read_calibrations("paths", "", read), OutOfMemory);
+  EXPECT_LOG();
 }
 
 class ParseCalibFromFilePath : public testing::Test {
@@ -127,28 +126,6 @@ class ParseCalibFromFilePath : public testing::Test {
   TemporaryTree tree;
   ccc_calib calib;
 };
-
-TEST_F(ParseCalibFromFilePath, ValidCalibrationFillsTheRecord) {
-  EXPECT_EQ(parsed({kCalibration}), ParseResult::ValidCalibration);
-  EXPECT_EQ(calib.version, mostSignificantFirst(uint16_t{0x0102}));
-  EXPECT_EQ(calib.ch5.port, 0x31);
-  EXPECT_EQ(calib.ch9.port, 0x35);
-  EXPECT_EQ(calib.ch9.tx_power, mostSignificantFirst(uint32_t{0xAABBCCDD}));
-  EXPECT_EQ(calib.wifi_coex_min_spacing, 11);
-}
-
-TEST_F(ParseCalibFromFilePath, SharedAntennaHasOneWiring) {
-  EXPECT_EQ(parsed({calibrationWith("both", "both")}), ParseResult::ValidCalibration);
-  for (const antenna_calib& antenna : {calib.ch5, calib.ch9}) {
-    EXPECT_EQ(antenna.selector_gpio, 7);
-    EXPECT_EQ(antenna.selector_gpio_value, 1);
-    EXPECT_EQ(antenna.port, 0x31);
-  }
-  EXPECT_EQ(calib.ch9.ant_delay, mostSignificantFirst(uint16_t{0x5152}));
-  EXPECT_EQ(calib.ch9.tx_power, mostSignificantFirst(uint32_t{0xAABBCCDD}));
-  EXPECT_EQ(calib.ch9.pg_count, mostSignificantFirst(uint16_t{0x0708}));
-  EXPECT_EQ(calib.ch9.pg_delay, 0x23);
-}
 
 TEST_F(ParseCalibFromFilePath, AnythingElseLeavesTheRecord) {
   constexpr auto kNone = ParseResult::NoCalibrationFiles;
@@ -175,13 +152,6 @@ TEST_F(ParseCalibFromFilePath, AnythingElseLeavesTheRecord) {
     EXPECT_EQ(Bytes(bytes, bytes + sizeof(calib)), Bytes(sizeof(calib), 0xEE)) << row.what;
   }
   EXPECT_EQ(parse_calib_from_file_path("%s/no", "", calib), kNone);
-}
-
-TEST_F(ParseCalibFromFilePath, NothingOfAnEarlierCallIsSeen) {
-  EXPECT_EQ(parsed({kCalibration}), ParseResult::ValidCalibration);
-  takeLog();
-  EXPECT_EQ(parsed({calibrationWithout("ch5.antenna_selection")}), ParseResult::InvalidCalibration);
-  EXPECT_EQ(takeLog().back(), error("- ch5.antenna_selection"));
 }
 
 }  // namespace

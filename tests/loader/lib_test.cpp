@@ -3,6 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <stdexcept>
+
 #include "tests/kit/calibrations.h"
 #include "tests/kit/doubles.h"
 #include "tests/kit/guarded_load.h"
@@ -13,11 +16,6 @@
 
 namespace {
 
-using Names = std::vector<std::string>;
-
-constexpr char kPathFile[] = "ro.vendor.uwb.calibration.calibrationpaths";
-constexpr char kCountryCode[] = "vendor.uwb.calibration.country_code";
-
 // Starts and ends without properties.
 class LibTest : public testing::Test {
  protected:
@@ -26,14 +24,17 @@ class LibTest : public testing::Test {
     takePropertyReads();
     takeLog();
   }
-  void TearDown() override { clearProperties(); }
+  void TearDown() override {
+    clearProperties();
+    on_log_line = nullptr;
+  }
 };
 
 using BuildPaths = LibTest;
 
 // The list for a property's value.
 Names pathsWith(const std::string& property) {
-  setProperty(kPathFile, property);
+  setProperty(kPathsProperty, property);
   return build_paths();
 }
 
@@ -58,7 +59,7 @@ TEST_F(BuildPaths, EveryCallReadsThePropertyAndReturnsACopy) {
   const Names second = pathsWith("/b");
   EXPECT_EQ(second[0], "/b");
   EXPECT_EQ(second[4], "./calib_paths");
-  EXPECT_EQ(takePropertyReads(), (Names{kPathFile, kPathFile}));
+  EXPECT_EQ(takePropertyReads(), (Names{kPathsProperty, kPathsProperty}));
 }
 
 class LoadTest : public LibTest {
@@ -74,7 +75,7 @@ class LoadTest : public LibTest {
 
 TEST_F(LoadTest, NullBufferLogsTheEntryLineOnly) {
   writePathFile("calib_paths", kCalibration);
-  setProperty(kCountryCode, "US");
+  setProperty(kCountryProperty, "US");
   const OpenedFiles opened(tree.root());
   for (const unsigned int capacity : {0U, 82U, 0xFFFFFFFFU}) {
     EXPECT_EQ(load_uwb_params_from_files(nullptr, capacity), 0U);
@@ -88,7 +89,7 @@ TEST_F(LoadTest, PathListIsBuiltBeforeTheCountryCodeIsRead) {
   writePathFile("calib_paths", kCalibration);
   const OpenedFiles opened("calib_paths");
   EXPECT_EQ(Load().memory, guarded(82, block()));
-  EXPECT_EQ(takePropertyReads(), (Names{kPathFile, kCountryCode}));
+  EXPECT_EQ(takePropertyReads(), (Names{kPathsProperty, kCountryProperty}));
   EXPECT_TRUE(opened.any());
 }
 
@@ -100,13 +101,36 @@ TEST_F(LoadTest, InvalidPathFileHidesTheNextWhichIsNotOpened) {
   EXPECT_FALSE(hidden.any());
 }
 
-TEST_F(LoadTest, BuffersAreNeverAsLargeAsTheirCapacityMaySay) {
+TEST_F(LoadTest, BuffersOfAnyCapacityTakeAsMuchOfTheBlockAsFits) {
   writePathFile("calib_paths", kCalibration);
-  for (const unsigned int capacity : {65536U, 0x80000000U, 0xFFFFFFFFU}) {
+  for (const unsigned int capacity :
+       {0U, 1U, 10U, 81U, 82U, 83U, 255U, 65536U, 0x80000000U, 0xFFFFFFFFU}) {
+    const unsigned int count = std::min(82U, capacity);
     Bytes memory = guarded(100);
-    EXPECT_EQ(load_uwb_params_from_files(memory.data() + GUARD, capacity), 82U);
-    EXPECT_EQ(memory, guarded(100, block())) << capacity;
+    EXPECT_EQ(load_uwb_params_from_files(memory.data() + kGuard, capacity), count);
+    EXPECT_EQ(memory, guarded(100, {kBlock, kBlock + count})) << capacity;
   }
+}
+
+template <typename Thrown>
+void throwAtSuccess(const LogLine& line) {
+  if (beginsWith(line.text, "Valid calibration")) throw Thrown("bad log");
+}
+
+TEST_F(LoadTest, SuccessIsLoggedBeforeTheBufferIsWritten) {
+  writePathFile("calib_paths", kCalibration);
+  on_log_line = throwAtSuccess<std::runtime_error>;
+  const Load load;
+  EXPECT_EQ(load.result, 0U);
+  EXPECT_EQ(load.memory, guarded(82));
+  EXPECT_EQ(takeLog().back(), error("Unable to convert calib to params: bad log"));
+}
+
+TEST_F(LoadTest, ExceptionsThatAreNotOfTheStandardLibraryPass) {
+  writePathFile("calib_paths", kCalibration);
+  on_log_line = throwAtSuccess<std::string>;
+  EXPECT_THROW(Load(), std::string);
+  EXPECT_EQ(takeLog().back(), info("Valid calibration was parsed from entries in ./calib_paths"));
 }
 
 // One key, another value for it, and the offsets that then differ beside the checksum's.
@@ -144,7 +168,7 @@ TEST_F(LoadTest, EachKeyMovesItsOffsetsOnly) {
     writePathFile("calib_paths", kCalibration + std::string(change.line));
     const Load load;
     ASSERT_EQ(load.result, 82U) << change.line;
-    const Bytes found(load.memory.begin() + GUARD, load.memory.begin() + GUARD + 82);
+    const Bytes found(load.memory.begin() + kGuard, load.memory.begin() + kGuard + 82);
     std::vector<size_t> moved;
     for (size_t i = 2; i < found.size(); ++i) {
       if (found[i] != kBlock[i]) moved.push_back(i);

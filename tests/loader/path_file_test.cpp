@@ -3,43 +3,34 @@
 
 #include <gtest/gtest.h>
 
-#include <vector>
+#include "tests/kit/types.h"
 
 namespace {
 
-using Entries = std::vector<std::string>;
-
-Entries entriesOf(std::string_view text) {
-  Entries entries;
+Names entriesOf(std::string_view text) {
+  Names entries;
   for (std::string entry = "earlier"; next_entry(text, entry);) entries.push_back(entry);
   EXPECT_EQ(text, "");
   return entries;
 }
 
 TEST(PathFile, EveryLineIsAnEntry) {
-  EXPECT_EQ(entriesOf("a\nb/c\n"), (Entries{"a", "b/c"}));
+  const struct {
+    std::string text;
+    Names entries;
+  } rows[] = {
+      {"", {}},
+      {"a\nb/c\n", {"a", "b/c"}},
+      {"a\nb", {"a", "b"}},
+      {"a", {"a"}},
+      {"\n\na\n\n", {"", "", "a", ""}},
+      {"\n", {""}},
+      {std::string(" a \r\n# b\t\n\0c\n", 13), {" a \r", "# b\t", std::string("\0c", 2)}},
+  };
+  for (const auto& row : rows) EXPECT_EQ(entriesOf(row.text), row.entries) << row.text;
 }
 
-TEST(PathFile, TheLastLineMayLackItsLineFeed) {
-  EXPECT_EQ(entriesOf("a\nb"), (Entries{"a", "b"}));
-  EXPECT_EQ(entriesOf("a"), Entries{"a"});
-}
-
-TEST(PathFile, AnEmptyLineIsAnEntry) {
-  EXPECT_EQ(entriesOf("\n\na\n\n"), (Entries{"", "", "a", ""}));
-  EXPECT_EQ(entriesOf("\n"), Entries{""});
-}
-
-TEST(PathFile, AnEmptyTextHasNone) {
-  EXPECT_EQ(entriesOf(""), Entries{});
-}
-
-TEST(PathFile, EveryOtherByteIsPartOfTheEntry) {
-  const std::string_view text(" a \r\n# b\t\n\0c\n", 13);
-  EXPECT_EQ(entriesOf(text), (Entries{" a \r", "# b\t", std::string("\0c", 2)}));
-}
-
-TEST(PathFile, AnEntryEndsBeforeTheRest) {
+TEST(PathFile, RestFollowsTheEntry) {
   std::string_view rest = "a\nb\nc";
   std::string entry;
   EXPECT_TRUE(next_entry(rest, entry));

@@ -12,8 +12,6 @@
 
 namespace {
 
-using Names = std::vector<std::string>;
-
 // A tree that does what each text says, and reports what it was told to report.
 class ScriptedTree : public AstRoot {
  public:
@@ -74,7 +72,7 @@ TEST_F(ParsePattern, OneGoodFileIsEnoughWhereverItStands) {
   EXPECT_FALSE(parse_pattern(tree, {{"a", "throw"}, {"b", "throw"}}));
 }
 
-TEST_F(ParsePattern, ALastLineWithoutMemoryFailsItsFile) {
+TEST_F(ParsePattern, LastLineWithoutMemoryFailsItsFile) {
   AstRoot root("", std::nullopt, 0, {}, 0);
   const std::vector<calibration> files = {{"a", "a_line_of_more_than_fifteen_characters=1"}};
   const FailingAllocation failure(0);

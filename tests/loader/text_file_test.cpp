@@ -13,16 +13,21 @@
 #include <fstream>
 #include <iterator>
 #include <limits>
+#include <stdexcept>
 #include <thread>
 #include <vector>
 
+#include "loader/calib_reader.h"
 #include "tests/kit/allocations.h"
+#include "tests/kit/doubles.h"
 #include "tests/kit/temporary_tree.h"
 
 namespace {
 
-// What the next calls of read() give: at most that many bytes, or the error -n. Then the system's.
+// What the next calls of read() give: at most that many bytes, the error -n, or an exception. Then
+// the system's.
 std::vector<int> readings;
+constexpr int kThrown = std::numeric_limits<int>::max();
 
 // What fstat() tells instead of the size, if set.
 std::optional<off_t> told_size;
@@ -43,6 +48,7 @@ extern "C" ssize_t read(int file, void* bytes, size_t size) {
   if (!readings.empty()) {
     const int reading = readings.front();
     readings.erase(readings.begin());
+    if (reading == kThrown) throw std::length_error("no text is so long");
     if (reading < 0) return failWith(-reading);
     size = std::min(size, static_cast<size_t>(reading));
   }
@@ -100,26 +106,26 @@ TEST_F(TextFile, EveryByteIsKept) {
   EXPECT_EQ(read_text_file("file"), text);
 }
 
-TEST_F(TextFile, AFileIsClosedInAProcessThatIsStarted) {
+TEST_F(TextFile, FileIsClosedInAProcessThatIsStarted) {
   tree.write("file", "text");
   closes_on_exec = false;
   EXPECT_EQ(read_text_file("file"), "text");
   EXPECT_TRUE(closes_on_exec);
 }
 
-TEST_F(TextFile, AMissingFileHasNoText) {
+TEST_F(TextFile, MissingFileHasNoText) {
   EXPECT_EQ(read_text_file("file"), std::nullopt);
   EXPECT_EQ(read_text_file(""), std::nullopt);
 }
 
-TEST_F(TextFile, ALargeTextIsHeldOnce) {
+TEST_F(TextFile, LargeTextIsHeldOnce) {
   constexpr size_t kSize = 1000000;
   tree.write("file", textOfSize(kSize));
   told_size = kSize;
   EXPECT_LT(read_text_file("file")->capacity(), kSize + 16);  // libc++ rounds up.
 }
 
-TEST_F(TextFile, AWrongSizeRefusesNoFile) {
+TEST_F(TextFile, WrongSizeRefusesNoFile) {
   tree.write("file", textOfSize(50000));
   // Some file systems tell 0, or more than any memory holds.
   for (const off_t size : {off_t{0}, off_t{1}, off_t{4096}, off_t{49999}, off_t{50001}, off_t{-1},
@@ -129,19 +135,19 @@ TEST_F(TextFile, AWrongSizeRefusesNoFile) {
   }
 }
 
-TEST_F(TextFile, AReadingMayGiveLessThanAskedFor) {
+TEST_F(TextFile, ReadingMayGiveLessThanAskedFor) {
   tree.write("file", textOfSize(9000));
   readings = {1, 4095, 3};
   EXPECT_EQ(read_text_file("file"), textOfSize(9000));
 }
 
-TEST_F(TextFile, AnInterruptedReadingIsRepeated) {
+TEST_F(TextFile, InterruptedReadingIsRepeated) {
   tree.write("file", textOfSize(9000));
   readings = {-EINTR, 100, -EINTR, -EINTR};
   EXPECT_EQ(read_text_file("file"), textOfSize(9000));
 }
 
-TEST_F(TextFile, AReadErrorEndsTheText) {
+TEST_F(TextFile, ReadErrorEndsTheText) {
   tree.write("file", textOfSize(9000));
   readings = {100, 50, -EIO};
   EXPECT_EQ(read_text_file("file"), textOfSize(150));
@@ -149,12 +155,7 @@ TEST_F(TextFile, AReadErrorEndsTheText) {
   EXPECT_EQ(read_text_file("file"), "");
 }
 
-TEST_F(TextFile, ADirectoryHasAnEmptyText) {
-  tree.makeDirectory("folder");
-  EXPECT_EQ(read_text_file("folder"), "");
-}
-
-TEST_F(TextFile, APipeIsReadToItsEnd) {
+TEST_F(TextFile, PipeIsReadToItsEnd) {
   ASSERT_EQ(mkfifo("pipe", 0600), 0);
   const std::string text = textOfSize(50000);
   std::thread writer([&text] { std::ofstream("pipe") << text; });
@@ -162,7 +163,15 @@ TEST_F(TextFile, APipeIsReadToItsEnd) {
   writer.join();
 }
 
-TEST_F(TextFile, ATextWithoutRoomIsThrown) {
+TEST_F(TextFile, ReaderLogsEveryExceptionOfTheStandardLibrary) {
+  tree.write("file", textOfSize(9000));
+  readings = {100, kThrown};
+  takeLog();
+  EXPECT_EQ(CalibReader().read("file"), std::nullopt);
+  EXPECT_LOG(error("Failed to parse calib from file, reason: no text is so long"));
+}
+
+TEST_F(TextFile, TextWithoutRoomIsThrown) {
   tree.write("file", textOfSize(9000));
   const FailingAllocation failure(0);
   EXPECT_THROW(read_text_file("file"), std::bad_alloc);

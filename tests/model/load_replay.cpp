@@ -8,8 +8,6 @@
 //   load  CAPACITY      calls the library: answers with log, result or exception, overrun
 //
 // The log and the properties that the library sees are this program's own.
-#include <dlfcn.h>
-
 #include <algorithm>
 #include <cstdio>
 #include <exception>
@@ -21,15 +19,12 @@
 #include <vector>
 
 #include "tests/kit/doubles.h"
+#include "tests/kit/guards.h"
+#include "tests/kit/opened_library.h"
 #include "tools/device/open_redirect.h"
 #include "tools/device/target_root.h"
 
 namespace {
-
-using LoadFunction = uint32_t (*)(void*, unsigned int);
-
-constexpr uint8_t kUntouched = 0xA5;
-constexpr size_t kGuard = 64;
 
 std::string escaped(const std::string& text) {
   std::string out;
@@ -65,13 +60,6 @@ std::vector<std::string> fieldsOf(const std::string& line) {
   return fields;
 }
 
-LoadFunction openLibrary(const char* path) {
-  void* const library = dlopen(path, RTLD_NOW);
-  void* const symbol = library == nullptr ? nullptr : dlsym(library, "load_uwb_params_from_files");
-  if (symbol == nullptr) throw std::runtime_error(dlerror());
-  return reinterpret_cast<LoadFunction>(symbol);
-}
-
 void printLog() {
   for (const LogLine& line : takeLog()) {
     std::cout << "log\t" << line.priority << '\t' << escaped(line.text)
@@ -79,9 +67,9 @@ void printLog() {
   }
 }
 
-void printResult(uint32_t result, const std::vector<uint8_t>& memory) {
+void printResult(uint32_t result, const Bytes& memory) {
   std::cout << "result\t" << result << '\t';
-  for (size_t i = kGuard; i < std::min(kGuard + result, memory.size()); ++i) {
+  for (size_t i = kGuard; i < std::min<size_t>(kGuard + result, memory.size()); ++i) {
     char code[3];
     std::snprintf(code, sizeof(code), "%02x", memory[i]);
     std::cout << code;
@@ -90,7 +78,7 @@ void printResult(uint32_t result, const std::vector<uint8_t>& memory) {
 }
 
 // Everything but the first `count` bytes of the buffer must be as it was.
-void printOverrun(size_t count, const std::vector<uint8_t>& memory) {
+void printOverrun(size_t count, const Bytes& memory) {
   for (size_t i = 0; i < memory.size(); ++i) {
     const bool in_block = i >= kGuard && i < kGuard + count;
     if (in_block || memory[i] == kUntouched) continue;
@@ -99,13 +87,13 @@ void printOverrun(size_t count, const std::vector<uint8_t>& memory) {
   }
 }
 
-void replayLoad(LoadFunction load, const TargetRoot& root, unsigned int capacity) {
-  std::vector<uint8_t> memory(kGuard + capacity + kGuard, kUntouched);
+void replayLoad(const OpenedLibrary& library, const TargetRoot& root, unsigned int capacity) {
+  Bytes memory = guarded(capacity);
   uint32_t result = 0;
   std::string thrown;
   try {
     const OpenRedirect redirect(root);
-    result = load(memory.data() + kGuard, capacity);
+    result = library.load(memory.data() + kGuard, capacity);
   } catch (const std::exception& e) {
     thrown = e.what();
   }
@@ -119,14 +107,14 @@ void replayLoad(LoadFunction load, const TargetRoot& root, unsigned int capacity
   std::cout.flush();
 }
 
-void replay(LoadFunction load, std::optional<TargetRoot>& root,
+void replay(const OpenedLibrary& library, std::optional<TargetRoot>& root,
             const std::vector<std::string>& fields) {
   if (fields.at(0) == "root") {
     root.emplace(fields.at(1), fields.size() > 2 ? fields[2] : "/");
   } else if (fields[0] == "set") {
     setProperty(fields.at(1), fields.size() > 2 ? fields[2] : "");
   } else if (fields[0] == "load") {
-    replayLoad(load, root.value(), static_cast<unsigned int>(std::stoul(fields.at(1))));
+    replayLoad(library, root.value(), static_cast<unsigned int>(std::stoul(fields.at(1))));
   } else {
     throw std::runtime_error("unknown command: " + fields[0]);
   }
@@ -140,9 +128,10 @@ int main(int argc, char** argv) {
     return 2;
   }
   try {
-    const LoadFunction load = openLibrary(argv[1]);
+    // Stays open: libbase never frees what it has built when it is unloaded.
+    static const OpenedLibrary& library = *new OpenedLibrary(argv[1]);
     std::optional<TargetRoot> root;
-    for (std::string line; std::getline(std::cin, line);) replay(load, root, fieldsOf(line));
+    for (std::string line; std::getline(std::cin, line);) replay(library, root, fieldsOf(line));
   } catch (const std::exception& e) {
     std::cerr << "load_replay: " << e.what() << '\n';
     return 1;

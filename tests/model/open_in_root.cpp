@@ -1,6 +1,4 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "tools/device/open_in_root.h"
-
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -12,6 +10,8 @@
 #include <sstream>
 #include <string>
 #include <vector>
+
+#include "tools/device/target_root.h"
 
 // Takes the place of the kernel's openat2 where an emulator of a processor lacks it: follows links
 // by itself.

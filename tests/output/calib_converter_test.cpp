@@ -4,33 +4,29 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
-#include <sstream>
 #include <stdexcept>
 #include <type_traits>
 
 #include "schema/pattern.h"
 #include "tests/kit/calibrations.h"
 #include "tests/kit/doubles.h"
+#include "tests/kit/params.h"
+#include "tests/kit/trees.h"
 
 namespace {
 
 constexpr size_t kBlockSize = 82;
-constexpr auto kNoConversion = EndiannessConversion::NoConversion;
 
 // The tests' calibration as the loader hands it over.
 ccc_calib calibration() {
   Pattern pattern({"ant0", "ant1"});
-  std::istringstream text(kCalibration);
-  pattern.parse(text);
+  parse(pattern, kCalibration);
   pattern.toBuffer(kMostSignificantByteFirst);
   return pattern.calib;
 }
 
 Bytes converted(const ccc_calib& calib) {
-  const ccc_params params = CalibConverter::convert(calib);
-  Bytes bytes(sizeof(params));
-  std::memcpy(bytes.data(), &params, sizeof(params));
-  return bytes;
+  return bytesOf(CalibConverter::convert(calib));
 }
 
 template <typename Function>
@@ -52,42 +48,10 @@ ccc_calib withSelectors(uint8_t ch5_gpio, uint8_t ch5_value, uint8_t ch9_gpio, u
   return calib;
 }
 
-// tests/loader/lib_test.cpp tests which keys move which offsets.
+// tests/loader/lib_test.cpp tests which keys move which offsets, the scenarios the largest values
+// and the selector codes of two antennas.
 TEST(CalibConverterConvert, LaysOutTheWholeBlock) {
   EXPECT_EQ(converted(calibration()), block());
-}
-
-TEST(CalibConverterConvert, NoNumberIsScaledOrLimited) {
-  ccc_calib calib;
-  std::memset(&calib, 0xFF, sizeof(calib));
-  calib.ch5.selector_gpio = calib.ch9.selector_gpio = 7;
-  calib.ch5.selector_gpio_value = calib.ch9.selector_gpio_value = 1;
-  Bytes expected = block();
-  for (size_t i = 2; i < 36; ++i) {
-    const bool reserved = (i >= 22 && i <= 25) || (i >= 28 && i <= 30);
-    if (!reserved) expected[i] = 0xFF;
-  }
-  expected[33] = expected[36] = 0x0C;
-  expected[37] = expected[38] = 0x00;  // Ports are counted from 1.
-  EXPECT_EQ(converted(calib), sealed(expected));
-}
-
-TEST(CalibConverterConvert, EachChannelHasItsOwnSelectorCode) {
-  const struct {
-    ccc_calib calib;
-    uint8_t ch5;
-    uint8_t ch9;
-  } rows[] = {
-      {withSelectors(6, 1, 6, 1), 0x03, 0x03},
-      {withSelectors(7, 0, 6, 0), 0x04, 0x01},
-      {withSelectors(6, 0, 7, 1), 0x01, 0x0C},
-  };
-  for (const auto& row : rows) {
-    Bytes expected = block();
-    expected[33] = row.ch5;
-    expected[36] = row.ch9;
-    EXPECT_EQ(converted(row.calib), sealed(expected));
-  }
 }
 
 TEST(CalibConverterConvert, SelectorErrorNamesChannel9First) {
@@ -147,12 +111,6 @@ TEST(CalibConverterSelector, OtherGpiosAreRefusedBeforeOtherLevels) {
       ASSERT_EQ(found, is_line ? level_error : "GPIO must be 6 or 7") << gpio << ", " << value;
     }
   }
-}
-
-ccc_params paramsOf(const Bytes& bytes) {
-  ccc_params params;
-  std::memcpy(&params, bytes.data(), sizeof(params));
-  return params;
 }
 
 TEST(CalibConverterCrc, OfZeroBytesIsDA35WhateverTheCrcField) {

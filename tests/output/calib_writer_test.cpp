@@ -4,12 +4,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstring>
 #include <numeric>
 #include <type_traits>
 
 #include "tests/kit/doubles.h"
-#include "tests/kit/guarded_load.h"
+#include "tests/kit/guards.h"
+#include "tests/kit/params.h"
 
 namespace {
 
@@ -18,12 +18,6 @@ Bytes countingBytes(size_t count = 82) {
   Bytes bytes(count);
   std::iota(bytes.begin(), bytes.end(), uint8_t{1});
   return bytes;
-}
-
-ccc_params paramsOf(const Bytes& bytes) {
-  ccc_params params;
-  std::memcpy(&params, bytes.data(), sizeof(params));
-  return params;
 }
 
 // The header's static_asserts check the offsets of its fields.
@@ -39,16 +33,16 @@ TEST(WriteCalibToBuffer, WritesAsMuchOfTheBlockAsFits) {
        {0U, 1U, 2U, 10U, 81U, 82U, 83U, 100U, 255U, 256U, 65536U, 0x80000000U, 0xFFFFFFFFU}) {
     const uint32_t count = std::min(size, 82U);
     Bytes memory = guarded(100);
-    EXPECT_EQ(write_calib_to_buffer(params, memory.data() + GUARD, size), count) << size;
+    EXPECT_EQ(write_calib_to_buffer(params, memory.data() + kGuard, size), count) << size;
     EXPECT_EQ(memory, guarded(100, countingBytes(count))) << size;
   }
-  EXPECT_EQ(std::memcmp(&params, countingBytes().data(), 82), 0) << "the block itself changed";
+  EXPECT_EQ(bytesOf(params), countingBytes()) << "the block itself changed";
 }
 
 TEST(WriteCalibToBuffer, WritesToAnyAddress) {
   for (size_t shift = 0; shift < 4; ++shift) {
     Bytes memory = guarded(100, {}, shift);
-    write_calib_to_buffer(paramsOf(countingBytes()), memory.data() + GUARD + shift, 100);
+    write_calib_to_buffer(paramsOf(countingBytes()), memory.data() + kGuard + shift, 100);
     EXPECT_EQ(memory, guarded(100, countingBytes(), shift)) << shift;
   }
 }

@@ -4,11 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <type_traits>
-#include <vector>
+
+#include "tests/kit/types.h"
 
 namespace {
-
-using Bytes = std::vector<uint8_t>;
 
 const Bytes kDigits = {'1', '2', '3', '4', '5', '6', '7', '8', '9'};
 

@@ -173,9 +173,12 @@ class CalibrationCheck(unittest.TestCase):
         self.assertRegex(done.stdout, rf"(?m)^{path}:4:1: warning: no parameter has the key 'xtal_trm'")
         self.assertFalse((self.top / "out").exists())
 
-    def test_countries_are_an_output(self):
+    def test_page_of_the_countries_is_an_output(self):
         self.assertEqual(self.run_rule("countries").returncode, 0)
-        self.assertRegex((self.top / "out").read_text(), r"(?m)^us +block +0x54D3")
+        data = re.search('id="data">(.*?)</script>', (self.top / "out").read_text(), re.S)[1]
+        blocks = {tuple(block["countries"]): block["bytes"][:4]
+                  for block in json.loads(data)["state"]["blocks"]}
+        self.assertEqual(blocks[("us",)], "54d3")
 
 
 class DeviceExamples(unittest.TestCase):

@@ -4,16 +4,13 @@
 #include <gtest/gtest.h>
 
 #include <optional>
-#include <sstream>
 #include <stdexcept>
 #include <type_traits>
 
 #include "tests/kit/doubles.h"
-#include "tests/schema/tree_questions.h"
+#include "tests/kit/trees.h"
 
 namespace {
-
-constexpr auto kSwapBytes = EndiannessConversion::SwapBytes;
 
 antenna_selection selected(const std::string& text, EndiannessConversion conversion = kSwapBytes) {
   AntennaSelectionPattern pattern;
@@ -73,23 +70,22 @@ TEST(AntennaSelectionPattern, BothNamesAreRequired) {
   EXPECT_EQ(missingIn(pattern), Names());
 }
 
+// Requires the names that are selected after a text.
+void expectSelected(const char* text, const char* ch5, const char* ch9,
+                    EndiannessConversion conversion = kSwapBytes) {
+  const antenna_selection names = selected(text, conversion);
+  EXPECT_EQ(names.ch5, ch5);
+  EXPECT_EQ(names.ch9, ch9);
+}
+
 TEST(AntennaSelectionPattern, EachChannelHasItsNameWhichIsOneWord) {
-  const struct {
-    const char* text;
-    const char* ch5;
-    const char* ch9;
-  } rows[] = {
-      {"ch5.antenna_selection=ant0\nch9.antenna_selection=ant1", "ant0", "ant1"},
-      {"ch5.antenna_selection=both\nch9.antenna_selection=both", "both", "both"},
-      {"ch9.antenna_selection= \tant1//x\r\nch5.antenna_selection=ant0 spare", "ant0", "ant1//x"},
-  };
-  for (const auto& row : rows) {
-    for (const int conversion : {0, 1, 2}) {
-      const antenna_selection selection =
-          selected(row.text, static_cast<EndiannessConversion>(conversion));
-      EXPECT_EQ(selection.ch5, row.ch5);
-      EXPECT_EQ(selection.ch9, row.ch9);
-    }
+  for (const auto conversion : {kNoConversion, kSwapBytes, kNeither}) {
+    expectSelected("ch5.antenna_selection=ant0\nch9.antenna_selection=ant1", "ant0", "ant1",
+                   conversion);
+    expectSelected("ch5.antenna_selection=both\nch9.antenna_selection=both", "both", "both",
+                   conversion);
+    expectSelected("ch9.antenna_selection= \tant1//x\r\nch5.antenna_selection=ant0 spare", "ant0",
+                   "ant1//x", conversion);
   }
 }
 
@@ -111,16 +107,10 @@ TEST(AntennaSelectionPattern, OtherKeysAreDropped) {
 }
 
 TEST(AntennaSelectionPattern, NameThatWasNotReadStaysAsItWas) {
-  selected("ch5.antenna_selection=old5\nch9.antenna_selection=old9");
-  const antenna_selection five = selected("ch5.antenna_selection=new5");
-  EXPECT_EQ(five.ch5, "new5");
-  EXPECT_EQ(five.ch9, "old9");
-  const antenna_selection nine = selected("ch9.antenna_selection=new9");
-  EXPECT_EQ(nine.ch5, "new5");
-  EXPECT_EQ(nine.ch9, "new9");
-  const antenna_selection none = selected("");
-  EXPECT_EQ(none.ch5, "new5");
-  EXPECT_EQ(none.ch9, "new9");
+  expectSelected("ch5.antenna_selection=old5\nch9.antenna_selection=old9", "old5", "old9");
+  expectSelected("ch5.antenna_selection=new5", "new5", "old9");
+  expectSelected("ch9.antenna_selection=new9", "new5", "new9");
+  expectSelected("", "new5", "new9");
 }
 
 TEST(AntennaSelectionPattern, SharedNamesAreThoseOfTheLastToBuffer) {
@@ -128,19 +118,16 @@ TEST(AntennaSelectionPattern, SharedNamesAreThoseOfTheLastToBuffer) {
   copy.ch5 = "changed";
   AntennaSelectionPattern pattern;
   parse(pattern, "ch5.antenna_selection=new5\nch9.antenna_selection=new9");
-  EXPECT_EQ(selected("").ch5, "old5");
-  EXPECT_EQ(selected("").ch9, "old9");
+  expectSelected("", "old5", "old9");
   pattern.toBuffer(kSwapBytes);
-  EXPECT_EQ(selected("").ch5, "new5");
-  EXPECT_EQ(selected("").ch9, "new9");
+  expectSelected("", "new5", "new9");
   EXPECT_EQ(copy.ch9, "old9");
 }
 
 TEST(BuildAntSelectionParams, FillsTheStringItIsGiven) {
   std::string target;
   const auto prefix = AntennaSelectionPattern::buildAntSelectionParams("ch7", &target);
-  std::istringstream input("ch7.antenna_selection=patch");
-  EXPECT_TRUE(prefix->parse(input));
+  EXPECT_TRUE(parse(*prefix, "ch7.antenna_selection=patch"));
   prefix->toBuffer(kSwapBytes);
   EXPECT_EQ(target, "patch");
 }

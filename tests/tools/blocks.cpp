@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tests/tools/blocks.h"
 
+#include <cstdlib>
+#include <filesystem>
+
 #include "output/crc16.h"
 
 namespace {
@@ -12,7 +15,25 @@ uint8_t randomByte(std::mt19937& random, FieldKind kind) {
   return static_cast<uint8_t>(random());
 }
 
+std::string seedText() {
+  const char* const seed = std::getenv("UWB_TEST_SEED");
+  return seed == nullptr ? "1" : seed;
+}
+
+std::string repeatCommand() {
+  const testing::TestInfo& test = *testing::UnitTest::GetInstance()->current_test_info();
+  const std::string program = std::filesystem::read_symlink("/proc/self/exe").string();
+  return "to repeat: UWB_TEST_SEED=" + seedText() + ' ' + program +
+         " --gtest_filter=" + test.test_suite_name() + '.' + test.name();
+}
+
 }  // namespace
+
+SeededRandom::SeededRandom() : repeat_(__FILE__, __LINE__, repeatCommand()) {
+  const std::string text = seedText();
+  std::seed_seq sequence(text.begin(), text.end());
+  seed(sequence);
+}
 
 Bytes sealed(Bytes block) {
   const uint16_t crc =

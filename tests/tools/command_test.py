@@ -1,12 +1,15 @@
 # SPDX-License-Identifier: Apache-2.0
 """Runs the built command as people do. COMMAND names it; UPDATE=1 rewrites the golden files."""
+import contextlib
 import json
 import os
 import pty
 import random
 import shutil
 import subprocess
+import sys
 import tempfile
+import termios
 import unittest
 from pathlib import Path
 
@@ -26,9 +29,10 @@ def run(*arguments, stdin=b"", **options):
                           env=environment, check=False, **options)
 
 
-def on_terminal(*arguments, env=None):
+def on_terminal(*arguments, env=None, columns=0):
     """Runs the command with its standard output on a terminal and returns what it shows."""
     master, slave = pty.openpty()
+    termios.tcsetwinsize(slave, (0, columns))
     environment = {k: v for k, v in os.environ.items() if k != "NO_COLOR"}
     environment.update(env or {})
     process = subprocess.Popen([COMMAND, *map(str, arguments)], stdout=slave,
@@ -66,6 +70,15 @@ def loads_of(steps):
 class CommandTest(unittest.TestCase):
     maxDiff = None
 
+    @contextlib.contextmanager
+    def seeded(self):
+        """Random choices that follow from UWB_TEST_SEED, or from 1. A failure tells the command
+        that repeats it."""
+        seed = os.environ.get("UWB_TEST_SEED", "1")
+        with self.subTest(repeat=f"cd {HERE} && UWB_TEST_SEED={seed} COMMAND={COMMAND}"
+                                 f" {sys.executable} -m unittest {self.id()}"):
+            yield random.Random(seed)
+
     @classmethod
     def setUpClass(cls):
         refusal = run("build", "-q", "--root", EXAMPLES).stderr.decode()
@@ -90,6 +103,12 @@ class CommandTest(unittest.TestCase):
         self.assertEqual(result.stdout, b"")
         self.assertEqual(result.stderr.decode(), f"tarnix-uwb-params: {message}\n")
 
+    def example(self, files):
+        """Makes the test's folder a copy of the example tree with these files in place of its own."""
+        shutil.copytree(EXAMPLES, self.folder, dirs_exist_ok=True)
+        for path, text in files.items():
+            (self.folder / "vendor/etc" / path).write_text(text)
+
     def block(self, country="US"):
         result = run("build", "--root", EXAMPLES, "--country", country, "--format", "binary")
         self.assertEqual(result.returncode, 0, result)
@@ -103,26 +122,15 @@ class Build(CommandTest):
             self.assertEqual(result.returncode, 0, result)
             self.golden(f"build_{form}", result.stdout)
 
-    def test_binary_is_the_block_itself(self):
-        digits = (GOLDEN / "build_hex").read_text().strip()
-        self.assertEqual(self.block(), bytes.fromhex(digits))
-
-    def test_binary_is_usual_without_a_terminal(self):
-        result = run("build", "--root", EXAMPLES, "--country", "US")
-        self.assertEqual(result.stdout, self.block())
-
-    def test_dump_is_usual_on_a_terminal(self):
-        status, shown = on_terminal("build", "--root", EXAMPLES, "--country", "US")
-        self.assertEqual(status, 0)
-        self.assertEqual(shown, (GOLDEN / "build_dump").read_text())
+    def test_usual_format_is_a_dump_on_a_terminal_and_binary_elsewhere(self):
+        words = ("build", "--root", EXAMPLES, "--country", "US")
+        self.assertEqual(on_terminal(*words), (0, (GOLDEN / "build_dump").read_text()))
+        self.assertEqual(run(*words).stdout.hex(), (GOLDEN / "build_hex").read_text().strip())
+        self.assertEqual(run(*words).stdout, self.block())
 
     def test_log_of_the_device_goes_to_standard_error(self):
-        result = run("build", "--root", EXAMPLES, "--country", "US")
-        self.golden("build_log", result.stderr)
-
-    def test_quiet_shows_no_log(self):
-        result = run("build", "-q", "--root", EXAMPLES)
-        self.assertEqual(result.stderr, b"")
+        self.golden("build_log", run("build", "--root", EXAMPLES, "--country", "US").stderr)
+        self.assertEqual(run("build", "-q", "--root", EXAMPLES).stderr, b"")
 
     def test_c_array_compiles_to_the_block(self):
         source = self.folder / "block.c"
@@ -135,8 +143,7 @@ class Build(CommandTest):
         self.assertEqual(subprocess.run([program], capture_output=True).stdout, self.block())
 
     def test_quiet_shows_why_there_is_no_valid_calibration(self):
-        shutil.copytree(EXAMPLES, self.folder, dirs_exist_ok=True)
-        (self.folder / "vendor/etc/uwb/us/calib.conf").write_text("edge.port=300\n")
+        self.example({"uwb/us/calib.conf": "edge.port=300\n"})
         result = run("build", "-q", "--root", self.folder, "--country", "US")
         self.assertEqual((result.returncode, result.stdout), (1, b""))
         self.golden("build_failure", result.stderr)
@@ -148,11 +155,9 @@ class Build(CommandTest):
         self.assertEqual(file.read_bytes(), b"old")
 
     def test_path_file_is_tried_first(self):
-        shutil.copytree(EXAMPLES, self.folder, dirs_exist_ok=True)
-        (self.folder / "mine").write_text("/vendor/etc/uwb/common.conf\n"
-                                          "/vendor/etc/uwb/de/calib.conf\n")
-        result = run("build", "--root", self.folder, "--country", "US", "--path-file", "/mine",
-                     "--format", "binary")
+        self.example({"mine": "/vendor/etc/uwb/common.conf\n/vendor/etc/uwb/de/calib.conf\n"})
+        result = run("build", "--root", self.folder, "--country", "US", "--path-file",
+                     "/vendor/etc/mine")
         self.assertEqual(result.stdout, self.block("DE"))
 
     def test_path_file_is_one_of_the_tree(self):
@@ -169,8 +174,9 @@ class Build(CommandTest):
                    "cannot open the path file /no/such: No such file or directory")
 
     def test_capacity_cuts_the_block(self):
-        result = run("build", "--root", EXAMPLES, "--country", "US", "--capacity", 10)
-        self.assertEqual((result.returncode, result.stdout), (0, self.block()[:10]))
+        for capacity in (10, "0xA"):
+            result = run("build", "--root", EXAMPLES, "--country", "US", "--capacity", capacity)
+            self.assertEqual((result.returncode, result.stdout), (0, self.block()[:10]))
 
     def test_relative_names_start_where_the_command_was_called(self):
         shutil.copytree(EXAMPLES, self.folder / "tree")
@@ -182,10 +188,6 @@ class Build(CommandTest):
         for words in (["--country", ""], ["--country="], []):
             result = run("build", *words, "--root", EXAMPLES, "--format", "binary")
             self.assertEqual(result.stdout, self.block(""), words)
-
-    def test_missing_root_is_told_in_one_line(self):
-        self.fails(run("build", "--root", "/no/such"),
-                   "cannot make /no/such the root: No such file or directory")
 
     def test_linked_and_loaded_library_agree_on_every_scenario(self):
         compared = 0
@@ -200,9 +202,11 @@ class Build(CommandTest):
                     compared += own.returncode == 0
         self.assertGreater(compared, 50)
 
-    def test_missing_library_is_told_in_one_line(self):
-        result = run("build", "--library", "/no/such.so")
-        self.fails(result, "/no/such.so: cannot open shared object file: No such file or directory")
+    def test_what_is_missing_is_told_in_one_line(self):
+        self.fails(run("build", "--root", "/no/such"),
+                   "cannot make /no/such the root: No such file or directory")
+        self.fails(run("build", "--library", "/no/such.so"),
+                   "/no/such.so: cannot open shared object file: No such file or directory")
 
 
 class CoverageBuild(CommandTest):
@@ -214,8 +218,8 @@ class CoverageBuild(CommandTest):
         device = PROJECT / "tools/device"
         sources = [device / f"{name}.cpp"
                    for name in ("files", "open_in_root", "open_redirect", "target_root")]
-        subprocess.run(["c++", "-std=c++17", "--coverage", "-I", PROJECT, "load.cpp", *sources,
-                        "-o", program], cwd=self.folder, check=True)
+        subprocess.run(["c++", "-std=c++17", "--coverage", "-I", PROJECT, "-I/usr/include/android",
+                        "load.cpp", *sources, "-o", program], cwd=self.folder, check=True)
         result = subprocess.run([program], cwd=self.folder, capture_output=True, check=True)
         self.assertEqual(result.stderr, b"")
         self.assertEqual(len(list(self.folder.glob("*.gcda"))), 5)
@@ -226,6 +230,11 @@ class Output(CommandTest):
         result = subprocess.run(f'"{COMMAND}" build -q --root "{EXAMPLES}" >&-', shell=True,
                                 capture_output=True, check=False)
         self.fails(result, "cannot write to the standard output: Bad file descriptor")
+
+    def test_closed_standard_input(self):
+        result = subprocess.run(f'"{COMMAND}" decode - <&-', shell=True, capture_output=True,
+                                check=False)
+        self.fails(result, "cannot read the standard input: Bad file descriptor")
 
     def test_closed_standard_output_puts_no_block_into_a_file(self):
         file = self.folder / "block.bin"
@@ -257,8 +266,37 @@ class Output(CommandTest):
         self.assertEqual(file.read_bytes(), self.block())
         self.assertEqual(os.listdir(self.folder), ["block.bin"])
 
+    def test_a_link_stays_and_so_does_the_mode(self):
+        (self.folder / "real").write_bytes(b"old")
+        (self.folder / "real").chmod(0o640)
+        (self.folder / "link").symlink_to("real")
+        self.assertEqual(run("build", "--root", EXAMPLES, "--country", "US", "--format", "binary",
+                             "-o", self.folder / "link").returncode, 0)
+        self.assertEqual(os.readlink(self.folder / "link"), "real")
+        self.assertEqual((self.folder / "real").read_bytes(), self.block())
+        self.assertEqual((self.folder / "real").stat().st_mode & 0o7777, 0o640)
+
+    def test_file_in_a_folder_that_does_not_exist(self):
+        self.fails(run("build", "-q", "--root", EXAMPLES, "-o", "/no/such"),
+                   "cannot write /no/such: No such file or directory")
+
+    def test_file_that_grows_too_large_leaves_the_old_one(self):
+        file = self.folder / "block.bin"
+        file.write_bytes(b"old")
+        result = subprocess.run(["sh", "-c", 'trap "" XFSZ; ulimit -f 0; exec "$@"', "sh", COMMAND,
+                                 "build", "-q", "--root", EXAMPLES, "-o", file],
+                                capture_output=True, check=False,
+                                env={**os.environ, "LLVM_PROFILE_FILE": "/dev/null"})
+        self.fails(result, f"cannot write {file}: File too large")
+        self.assertEqual(file.read_bytes(), b"old")
+        self.assertEqual(os.listdir(self.folder), ["block.bin"])
+
     def test_device_as_file(self):
         self.assertEqual(run("build", "--root", EXAMPLES, "-o", "/dev/null").returncode, 0)
+        self.fails(run("build", "-q", "--root", EXAMPLES, "-o", "/dev/full"),
+                   "cannot write /dev/full: No space left on device")
+        self.fails(run("build", "-q", "--root", EXAMPLES, "-o", self.folder),
+                   f"cannot write {self.folder}: Is a directory")
 
 
 class Decode(CommandTest):
@@ -268,22 +306,13 @@ class Decode(CommandTest):
             self.assertEqual((result.returncode, result.stderr), (0, b""))
             self.golden(f"decode.{form}", result.stdout)
 
-    def test_file_and_hex_text_and_pipe_are_alike(self):
+    def test_reads_a_file_and_every_format_that_build_writes(self):
         table = (GOLDEN / "decode.table").read_bytes()
         file = self.folder / "block"
-        file.write_bytes(self.block())
-        self.assertEqual(run("decode", file).stdout, table)
-        file.write_text(self.block().hex(" "))
-        self.assertEqual(run("decode", file).stdout, table)
-        shell = f'"{COMMAND}" build -q --root "{EXAMPLES}" --country US | "{COMMAND}" decode -'
-        self.assertEqual(subprocess.run(shell, shell=True, capture_output=True).stdout, table)
-
-    def test_reads_every_format_that_build_writes(self):
-        table = (GOLDEN / "decode.table").read_bytes()
         for form in ("dump", "hex", "binary", "json", "c"):
-            shown = run("build", "--root", EXAMPLES, "--country", "US", "--format", form).stdout
-            result = run("decode", "-", stdin=shown)
-            self.assertEqual((result.returncode, result.stdout), (0, table), form)
+            run("build", "--root", EXAMPLES, "--country", "US", "--format", form, "-o", file)
+            for result in run("decode", file), run("decode", "-", stdin=file.read_bytes()):
+                self.assertEqual((result.returncode, result.stdout), (0, table), form)
 
     def test_text_builds_the_same_block(self):
         etc = self.folder / "vendor/etc"
@@ -324,6 +353,10 @@ class Decode(CommandTest):
             result = run("decode", "-", stdin=bytes(block))
             self.assertEqual(result.returncode, 1, name)
             self.golden(f"decode.{name}", result.stdout)
+        result = run("decode", "--format", "json", "-", stdin=bytes(flipped))
+        crc = json.loads(result.stdout)["crc"]
+        self.assertEqual((crc["good"], crc["cause"]),
+                         (False, "bit 2 of byte 27 (xtal_trim) is flipped: 0x2C should be 0x28"))
 
     def test_no_text_for_a_bad_block(self):
         result = run("decode", "--format", "text", "-", stdin=bytes(82))
@@ -373,22 +406,26 @@ class Explain(CommandTest):
         self.assertEqual(result.stderr, b"")
         return result
 
-    def test_shared_antenna_names_the_copied_wiring(self):
-        result = self.explain_scenario("shared_antenna")
-        self.assertEqual(result.returncode, 0)
-        self.golden("explain.shared_antenna", result.stdout)
-
-    def test_lines_after_an_error_are_not_read(self):
-        result = self.explain_scenario("values_before_a_syntax_error_are_kept")
-        self.golden("explain.lost", result.stdout)
-
-    def test_no_calibration_is_status_1_and_says_why(self):
-        result = self.explain_scenario("missing_parameters_named_in_tree_order")
-        self.assertEqual(result.returncode, 1)
-        self.golden("explain.missing", result.stdout)
+    def test_loads_that_go_another_way(self):
+        """A wiring that is copied, lines after an error that are not read, no block."""
+        for scenario, status, golden in (
+                ("shared_antenna", 0, "explain.shared_antenna"),
+                ("values_before_a_syntax_error_are_kept", 1, "explain.lost"),
+                ("missing_parameters_named_in_tree_order", 1, "explain.missing")):
+            result = self.explain_scenario(scenario)
+            self.assertEqual(result.returncode, status, scenario)
+            self.golden(golden, result.stdout)
         result = self.explain_scenario("bad_gpio_on_both")
         self.assertEqual(result.returncode, 1)
         self.assertIn(b"no block: GPIO value must be 0 or 1\n", result.stdout)
+
+    def test_every_file_has_an_error(self):
+        self.example({"uwb_calib_paths.conf": "/vendor/etc/uwb/common.conf\n"})
+        common = self.folder / "vendor/etc/uwb/common.conf"
+        common.write_text(common.read_text() + "ch9.antenna_selection=\n")
+        result = run("explain", "--root", self.folder)
+        self.assertEqual((result.returncode, result.stderr), (1, b""))
+        self.assertIn(b"no block: every calibration file has an error\n", result.stdout)
 
     def test_without_a_calibration_file_the_path_files_are_named(self):
         etc = self.folder / "vendor/etc"
@@ -419,14 +456,14 @@ there is no path file ./calib_paths
         for line in result.stdout.decode().splitlines():
             self.assertIn(line + "\n", shown)
         result = run("explain", "--root", EXAMPLES, "--format", "json", "crc", "version")
+        self.assertEqual(json.loads(result.stdout)["country"], "none")
         missing = self.explain_scenario("missing_parameters_named_in_tree_order", "xtal_trim")
         self.assertTrue(missing.stdout.decode().endswith(
             "\n\nno block: parameters are missing\n    xtal_trim\n"), missing.stdout)
         names = [field["name"] for field in json.loads(result.stdout)["fields"]]
         self.assertEqual(names, ["crc", "version"])
         self.assertEqual(json.loads(result.stdout)["selection"], [])
-        shutil.copytree(EXAMPLES, self.folder, dirs_exist_ok=True)
-        (self.folder / "vendor/etc/uwb/us/calib.conf").write_text("version=x\nxtal_trm=1\n")
+        self.example({"uwb/us/calib.conf": "version=x\nxtal_trm=1\n"})
         failing = run("explain", "--root", self.folder, "--country", "US", "--format", "json", "version")
         self.assertEqual(len(json.loads(failing.stdout)["failing"]), 1)
         other = run("explain", "--root", self.folder, "--country", "US", "--format", "json", "crc")
@@ -456,9 +493,8 @@ class DeviceLog(CommandTest):
 
     def setUp(self):
         super().setUp()
-        shutil.copytree(EXAMPLES, self.folder, dirs_exist_ok=True)
-        us = self.folder / "vendor/etc/uwb/us/calib.conf"
-        us.write_text("# Not measured.\nedge.port=300\nedge.port=301\n" + us.read_text())
+        us = (EXAMPLES / "vendor/etc/uwb/us/calib.conf").read_text()
+        self.example({"uwb/us/calib.conf": "# Not measured.\nedge.port=300\nedge.port=301\n" + us})
         self.log = self.log_of("--country", "US")
 
     def log_of(self, *options):
@@ -520,6 +556,23 @@ class DeviceLog(CommandTest):
         result = self.explain(self.logcat("brief"))
         self.assertEqual(result.returncode, 1)
         self.golden("explain.device_log.path_file", result.stdout)
+        document = json.loads(self.explain(self.logcat("brief"), "--format", "json").stdout)
+        self.assertEqual(document["country"], "none")
+
+    def test_an_error_that_speaks_of_what_is_missing(self):
+        (self.folder / "vendor/etc/uwb/common.conf").write_text("version=2\n")
+        self.log = [*self.log_of(), "E parameters are missing"]
+        self.assertEqual(self.explain(self.logcat("brief")).returncode, 1)
+        self.log = [*self.log[:2], "E parameters are missing", *self.log[2:]]
+        shown = self.explain(self.logcat("brief")).stdout.decode()
+        self.assertIn("E parameters are missing\n", shown)
+
+    def test_a_path_file_with_an_empty_line(self):
+        (self.folder / "vendor/etc/uwb_calib_paths.conf").write_text("/missing.conf\n\n")
+        self.log = self.log_of()
+        shown = self.explain(self.logcat("brief")).stdout.decode()
+        self.assertIn("    /vendor/etc/uwb_calib_paths.conf:1: /missing.conf\n", shown)
+        self.assertTrue(shown.endswith("the load of the tree logs the same\n"), shown)
 
     def test_a_property_that_names_a_default_path_file(self):
         """The log shows the file twice: it is tried again as a default."""
@@ -551,7 +604,7 @@ class DeviceLog(CommandTest):
 
     def test_the_first_difference_tells_that_the_tree_is_another(self):
         log = self.logcat("threadtime", with_others=False)
-        shutil.copytree(EXAMPLES, self.folder, dirs_exist_ok=True)
+        self.example({})
         result = self.explain(log)
         self.assertEqual(result.returncode, 1)
         self.golden("explain.device_log.other_tree", result.stdout)
@@ -566,13 +619,13 @@ class DeviceLog(CommandTest):
             b"\n", b"\n\n", b"\r", b"\0", b"\xff", b" ", b"I ", b"I/", b"[ ", b" ]", b"12:34", b": ",
             b"load_uwb_params_from_files entry, version", b"Reading path file ", b"\\x0d",
             b"Using country code: "]
-        chance = random.Random(12)
-        for index in range(60):
-            log = b"".join(chance.choices(words, k=chance.randrange(40)))
-            result = run("explain", "--root", self.folder, "--device-log", "-", stdin=log)
-            self.assertIn(result.returncode, (0, 1, 2), (index, log))
-            self.assertLessEqual(result.stderr.count(b"\n"), 1, log)
-            result.stdout.decode()
+        with self.seeded() as chance:
+            for index in range(60):
+                log = b"".join(chance.choices(words, k=chance.randrange(40)))
+                result = run("explain", "--root", self.folder, "--device-log", "-", stdin=log)
+                self.assertIn(result.returncode, (0, 1, 2), (index, log))
+                self.assertLessEqual(result.stderr.count(b"\n"), 1, log)
+                result.stdout.decode()
 
     def test_a_log_that_ends_early_differs(self):
         self.log = self.log[:-1]
@@ -587,132 +640,6 @@ class DeviceLog(CommandTest):
         for more in (["--country", "US"], ["--path-file", "/a"], ["xtal_trim"]):
             self.fails(run("explain", "--device-log", "-", *more),
                        "--device-log has the country and the path file, and shows no names")
-
-
-class Matrix(CommandTest):
-    def test_every_format(self):
-        for form in ("text", "json"):
-            result = run("matrix", "--root", EXAMPLES, "--format", form)
-            self.assertEqual((result.returncode, result.stderr), (0, b""))
-            self.golden(f"matrix.{form}", result.stdout)
-
-    def test_a_country_without_a_block_is_status_1(self):
-        shutil.copytree(EXAMPLES, self.folder, dirs_exist_ok=True)
-        (self.folder / "vendor/etc/uwb/de/calib.conf").write_text("# No power measured.\n")
-        result = run("matrix", "--root", self.folder)
-        self.assertEqual(result.returncode, 1)
-        self.golden("matrix.incomplete", result.stdout)
-
-    def test_countries_in_file_names_and_none_without_files(self):
-        (self.folder / "vendor/etc").mkdir(parents=True)
-        (self.folder / "vendor/etc/calib_paths").write_text("/uwb/a.<country>.conf\nnone\n")
-        (self.folder / "uwb").mkdir()
-        for name in ("a.fr.conf", "a.IT.conf", "a..conf", "a.default.conf", "b.es.conf", "a.pl"):
-            (self.folder / "uwb" / name).write_text("")
-        result = run("matrix", "--root", self.folder, "--format", "json")
-        self.assertEqual(result.returncode, 1)
-        rows = json.loads(result.stdout)["countries"]
-        # Codes are lowered before they are looked for, so IT is never read.
-        self.assertEqual([row["country"] for row in rows], ["fr", "other", "none"])
-
-    def test_log_is_that_of_the_device(self):
-        log = run("matrix", "--root", EXAMPLES, "--log").stderr.decode()
-        self.assertEqual(log.count("load_uwb_params_from_files entry"), 4)
-        self.assertEqual(log.count("Parsing full calibration"), 4)
-
-
-class Diff(CommandTest):
-    def setUp(self):
-        super().setUp()
-        self.a = self.folder / "a"
-        self.b = self.folder / "b"
-        self.a.write_bytes(self.block("US"))
-        self.b.write_bytes(self.block("DE"))
-
-    def test_blocks_that_differ(self):
-        for form in ("text", "json"):
-            result = run("diff", "--format", form, self.a, self.b)
-            self.assertEqual((result.returncode, result.stderr), (1, b""))
-            self.golden(f"diff.{form}", result.stdout)
-
-    def test_blocks_that_are_alike(self):
-        self.assertEqual(run("diff", self.a, self.a).returncode, 0)
-        self.assertEqual(run("diff", self.a, self.a).stdout, b"")
-
-    def test_one_block_from_standard_input(self):
-        result = run("diff", "-", self.b, stdin=self.a.read_bytes())
-        self.assertEqual(result.stdout, (GOLDEN / "diff.text").read_bytes())
-        self.fails(run("diff", "-", "-"), "only one of the two can be the standard input")
-
-    def change(self, tree, path, old, new):
-        """Replaces a text in a file of a copy of the example tree."""
-        if not tree.exists():
-            shutil.copytree(EXAMPLES, tree)
-        file = tree / "vendor/etc/uwb" / path
-        self.assertIn(old, file.read_text())
-        file.write_text(file.read_text().replace(old, new))
-
-    def test_one_country_of_two_trees(self):
-        tree = self.folder / "tree"
-        self.change(tree, "common.conf", "version=2", "version = 2\nversion=2")
-        self.assertEqual(run("diff", "--country", "US", EXAMPLES, tree).returncode, 0)
-        self.change(tree, "common.conf", "edge.port=1", "edge.port=3")
-        result = run("diff", "--country", "US", EXAMPLES, "tree", cwd=self.folder)
-        self.assertEqual((result.returncode, result.stderr), (1, b""))
-        self.golden("diff.trees.country", result.stdout)
-
-    def test_all_countries_of_two_trees(self):
-        tree = self.folder / "tree"
-        shutil.copytree(EXAMPLES, tree)
-        result = run("diff", EXAMPLES, tree)
-        self.assertEqual((result.returncode, result.stdout, result.stderr), (0, b"", b""))
-        self.change(tree, "common.conf", "edge.port=1", "edge.port=3")
-        self.change(tree, "de/calib.conf", "wifi_coex_time_gap=20", "wifi_coex_time_gap=21")
-        self.change(tree, "us/calib.conf", "edge.ch9.prf64.tx_power", "edge.ch9.prf64.power")
-        (tree / "vendor/etc/uwb/fr").mkdir()
-        (tree / "vendor/etc/uwb/fr/calib.conf").write_text(
-            (EXAMPLES / "vendor/etc/uwb/default/calib.conf").read_text() + "ap_coop_mode=2\n")
-        for form in ("text", "json"):
-            result = run("diff", "--format", form, EXAMPLES, "tree", cwd=self.folder)
-            self.assertEqual((result.returncode, result.stderr), (1, b""))
-            self.golden(f"diff.trees.{form}", result.stdout)
-        result = run("diff", "--countries", "de,none", EXAMPLES, "tree", cwd=self.folder)
-        self.golden("diff.trees.countries", result.stdout)
-
-    def test_loads_without_a_block_in_both_trees_are_named(self):
-        tree = self.folder / "tree"
-        self.change(tree, "de/calib.conf", "edge.ch9.prf64.tx_power", "edge.ch9.prf64.power")
-        result = run("diff", tree, tree)
-        self.assertEqual((result.returncode, result.stdout), (0, b""))
-        self.assertEqual(result.stderr, b"tarnix-uwb-params: no block on either side: de\n")
-        self.assertEqual(run("diff", "-q", tree, tree).stderr, b"")
-        result = run("diff", "-q", "--country", "DE", tree, tree)
-        self.assertEqual((result.returncode, result.stdout), (1, b""))
-        self.assertEqual(result.stderr.decode(),
-                         f"tarnix-uwb-params: no valid calibration in {tree} and {tree}\n")
-
-    def test_a_tree_and_a_block(self):
-        self.assertEqual(run("diff", "--country", "DE", EXAMPLES, self.b).returncode, 0)
-
-    def test_a_cut_block_lacks_fields(self):
-        self.b.write_bytes(self.a.read_bytes()[:38])
-        result = run("diff", self.a, self.b)
-        self.assertEqual(result.returncode, 1)
-        self.golden("diff.cut", result.stdout)
-
-    def test_a_tree_without_a_calibration_is_status_1(self):
-        (self.folder / "empty").mkdir()
-        result = run("diff", "empty", self.a, cwd=self.folder)
-        self.assertEqual((result.returncode, result.stderr), (1, b""))
-        self.assertEqual(result.stdout, b"block\n- none: no path file names a calibration file that "
-                                        b"can be read\n+ block\n")
-        result = run("diff", "-q", "empty", "empty", cwd=self.folder)
-        self.assertEqual((result.returncode, result.stdout), (1, b""))
-        self.assertEqual(result.stderr,
-                         b"tarnix-uwb-params: no valid calibration in empty and empty\n")
-
-    def test_what_is_no_block_is_status_2(self):
-        self.fails(run("diff", self.a, "/no/such"), "cannot open /no/such: No such file or directory")
 
 
 class AnyTree(CommandTest):
@@ -764,29 +691,38 @@ class AnyTree(CommandTest):
                 result.stdout.decode()
 
     def test_any_bytes_in_the_files(self):
-        shutil.copytree(EXAMPLES, self.folder, dirs_exist_ok=True)
+        self.example({})
         words = [b"xtal_trim", b"=", b"patch.", b"0x", b"-", b"08", b"[CCC]", b"#", b"//", b"\n",
                  b" ", b"\0", b"\xff", b"<country>", b"/vendor/etc/uwb/", b"ch5.antenna_selection"]
-        chance = random.Random(4)
-        for index in range(60):
-            victim = ("vendor/etc/uwb/common.conf", "vendor/etc/uwb_calib_paths.conf")[index % 2]
-            original = (EXAMPLES / victim).read_bytes().splitlines(keepends=True)
-            for _ in range(4):
-                soup = b"".join(chance.choices(words, k=chance.randrange(12)))
-                original.insert(chance.randrange(len(original)), soup)
-            (self.folder / victim).write_bytes(b"".join(original))
-            for command in (["lint", "-q", "--format", ("text", "json")[index % 2]], ["explain"],
-                            ["matrix"]):
-                result = run(*command, "--root", self.folder)
-                self.assertIn(result.returncode, (0, 1), (index, command))
-                self.assertEqual(result.stderr, b"")
-                result.stdout.decode()
+        with self.seeded() as chance:
+            for index in range(60):
+                victim = ("vendor/etc/uwb/common.conf", "vendor/etc/uwb_calib_paths.conf")[index % 2]
+                original = (EXAMPLES / victim).read_bytes().splitlines(keepends=True)
+                for _ in range(4):
+                    soup = b"".join(chance.choices(words, k=chance.randrange(12)))
+                    original.insert(chance.randrange(len(original)), soup)
+                (self.folder / victim).write_bytes(b"".join(original))
+                for command in (["lint", "-q", "--format", ("text", "json")[index % 2]], ["explain"],
+                                ["matrix"]):
+                    result = run(*command, "--root", self.folder)
+                    self.assertIn(result.returncode, (0, 1), (index, command))
+                    self.assertEqual(result.stderr, b"")
+                    result.stdout.decode()
 
     def test_lint_finds_a_reason_for_every_load_without_a_block(self):
         for root, options in self.trees():
             with self.subTest(root=root, options=options):
                 if run("build", "-q", *options).returncode == 1:
                     self.assertEqual(run("lint", *options).returncode, 1)
+
+
+    def test_country_files_may_be_named_without_a_folder(self):
+        self.example({"uwb_calib_paths.conf": "vendor/etc/uwb/common.conf\ncalib.<country>\n"})
+        for country in ("fr", "default"):
+            shutil.copy(EXAMPLES / "vendor/etc/uwb/default/calib.conf", self.folder / f"calib.{country}")
+        result = run("lint", "--root", self.folder)
+        self.assertEqual(result.stderr.decode().split(":")[1],
+                         " 3 loads (1 country, any other country, no country code)")
 
 
 class Usage(CommandTest):
@@ -803,7 +739,7 @@ class Usage(CommandTest):
     def test_wrong_usage_is_told_in_one_line(self):
         self.fails(run(), "a subcommand is missing (see 'tarnix-uwb-params --help')")
         self.fails(run("foo"), "unknown subcommand foo (see 'tarnix-uwb-params --help')")
-        self.fails(run("lnt"), "unknown subcommand lnt; did you mean lint? "
+        self.fails(run("lnt"), "unknown subcommand lnt; did you mean 'lint'? "
                    "(see 'tarnix-uwb-params --help')")
         for arguments, message in (
                 (["decode"], "BLOCK is missing"),
@@ -811,7 +747,7 @@ class Usage(CommandTest):
                 (["decode", "a", "b"], "unexpected argument b"),
                 (["build", "a"], "unexpected argument a"),
                 (["build", "--nonsense"], "unknown option --nonsense"),
-                (["build", "--formt=hex"], "unknown option --formt; did you mean --format?"),
+                (["build", "--formt=hex"], "unknown option --formt; did you mean '--format'?"),
                 (["build", "-x"], "unknown option -x"),
                 (["build", "--root"], "--root needs a value"),
                 (["build", "-o"], "-o needs a value"),
@@ -820,7 +756,7 @@ class Usage(CommandTest):
                 (["build", "--format", "sarif"],
                  "--format does not take 'sarif', but dump, hex, binary, json, c"),
                 (["lint", "--ignore", "path-c"],
-                 "--ignore does not take 'path-c'; did you mean path-cr?"),
+                 "--ignore does not take 'path-c'; did you mean 'path-cr'?"),
                 (["build", "--color", "red"], "--color does not take 'red', but auto, always, never"),
                 (["build", "--capacity", "-1"], "--capacity takes a number from 0 to 1048576, not '-1'"),
                 (["build", "--capacity", "1048577"],
@@ -830,6 +766,12 @@ class Usage(CommandTest):
                 (["build", "--capacity", ""], "--capacity takes a number from 0 to 1048576, not ''")):
             self.fails(run(*arguments),
                        f"{message} (see 'tarnix-uwb-params {arguments[0]} --help')")
+
+    def test_words_that_complete_a_command_line(self):
+        for words, expected in (((), "build\n"), (("bui",), "\n--version"), (("nonsense", ""), "")):
+            shown = run("--complete", *words).stdout.decode()
+            self.assertIn(expected, shown)
+            self.assertEqual(expected == "", shown.strip() == "")
 
     def test_options_may_follow_operands_and_two_dashes_end_them(self):
         file = self.folder / "-block"

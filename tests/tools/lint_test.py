@@ -1,14 +1,16 @@
 # SPDX-License-Identifier: Apache-2.0
-"""Each rule of lint fires on its bad tree and not on its good one; the documentation shows both.
+"""Each rule of lint fires on its bad tree and not on its good one; the documentation quotes them.
 
 A rule's folder has two trees, bad and good, which are laid over the tree in base. A file named
 NAME.gone takes NAME out of it, one named NAME.fifo makes NAME a pipe. UPDATE=1 rewrites the expected
 findings.
 """
+import contextlib
 import json
 import os
 import re
 import shutil
+import socket
 import unittest
 from pathlib import Path
 
@@ -17,7 +19,32 @@ from command_test import GOLDEN, HERE, PROJECT, CommandTest, run
 LINT = HERE / "lint"
 RULES = sorted(path.name for path in LINT.iterdir() if path.name != "base")
 DOCUMENT = PROJECT / "docs/lint_rules.md"
-ABSOLUTE_URI = r"^[a-z]+://[A-Za-z0-9._~/%-]+(#[a-z0-9-]+)?$"
+
+# What the published schema of SARIF 2.1.0 says of the objects that are used: their properties, those
+# marked with ! required and no others allowed, and of each the type. A set is an enumeration, a number
+# a least value, a list an array, a dictionary a map from any names.
+TEXT = re.compile(r"(?s).+")
+URI = re.compile(r"[a-z][a-z0-9+.-]*://?[A-Za-z0-9._~/%-]+(#[a-z0-9-]+)?")
+URI_REFERENCE = re.compile(r"(file://)?[A-Za-z0-9._~/%-]+")
+LEVELS = {"none", "note", "warning", "error"}
+SARIF = {
+    "log": {"$schema": URI, "version!": {"2.1.0"}, "runs!": ["run"]},
+    "run": {"tool!": "tool", "originalUriBaseIds": {"": "artifactLocation"}, "results": ["result"],
+            "columnKind": {"utf16CodeUnits", "unicodeCodePoints"}},
+    "tool": {"driver!": "toolComponent"},
+    "toolComponent": {"name!": TEXT, "version": TEXT, "informationUri": URI,
+                      "rules": ["reportingDescriptor"]},
+    "reportingDescriptor": {"id!": TEXT, "helpUri": URI, "shortDescription": "text",
+                            "defaultConfiguration": "reportingConfiguration"},
+    "reportingConfiguration": {"level": LEVELS},
+    "text": {"text!": TEXT},
+    "result": {"message!": "text", "ruleId": TEXT, "ruleIndex": -1, "level": LEVELS,
+               "locations": ["location"]},
+    "location": {"physicalLocation": "physicalLocation"},
+    "physicalLocation": {"artifactLocation!": "artifactLocation", "region": "region"},
+    "artifactLocation": {"uri": URI_REFERENCE, "uriBaseId": TEXT, "description": "text"},
+    "region": {"startLine": 1, "startColumn": 1, "snippet": "text"},
+}
 
 
 def lay_over(source, target):
@@ -58,13 +85,14 @@ def listing(folder):
     return "".join(line + "\n" for line in lines)
 
 
-def shown(name):
-    """What the documentation shows of a file or folder of the tests."""
-    path = PROJECT / name
-    if name.endswith("/"):
-        return listing(path)
-    return path.read_bytes().decode("utf-8", "backslashreplace").replace(
-        "\r", "\\r").replace("\ufeff", "\\xef\\xbb\\xbf")
+def lines_of(tree):
+    """What a tree holds: the names of its files, and their lines."""
+    lines = listing(tree).splitlines()
+    for path in sorted(tree.rglob("*")):
+        if path.is_file() and not path.is_symlink():
+            lines += path.read_bytes().decode("utf-8", "backslashreplace").replace(
+                "\r", "\\r").replace("\ufeff", "\\xef\\xbb\\xbf").split("\n")
+    return lines
 
 
 class Rules(CommandTest):
@@ -131,6 +159,8 @@ class Formats(CommandTest):
     def test_text_json_and_github(self):
         for form in ("text", "json", "github"):
             self.golden(f"lint.{form}", self.lint(form))
+        shown = run("lint", "--root", PROJECT / "examples", "--notes", "--format", "github").stdout
+        self.assertTrue(shown.startswith(b"::notice file="), shown)
 
     def test_text_never_steers_the_terminal(self):
         self.assertNotIn(b"\x1b", self.lint("text"))
@@ -138,51 +168,76 @@ class Formats(CommandTest):
     def test_colours_on_request(self):
         shown = run("lint", "--root", self.tree, "--color", "always").stdout
         self.assertIn(b"\x1b[1;31merror:\x1b[0m", shown)
+        self.assertIn(b"\x1b[1;35mwarning:\x1b[0m", shown)
+        shown = run("lint", "--root", PROJECT / "examples", "--color", "always", "--notes").stdout
+        self.assertIn(b"\x1b[1;36mnote:\x1b[0m", shown)
 
-    def test_sarif_has_every_property_that_2_1_0_requires(self):
-        log = json.loads(self.lint("sarif"))
+    def test_sarif(self):
         self.golden("lint.sarif", re.sub(rb'"file:///[^"]*/docs?/[^"/]*/', b'"file:///docs/',
                                          self.lint("sarif")))
-        self.assertEqual(log["version"], "2.1.0")
-        self.assertTrue(log["$schema"].endswith("sarif-2.1.0.json"))
-        self.assertEqual(len(log["runs"]), 1)
-        sarif_run = log["runs"][0]
-        self.assertEqual(set(sarif_run), {"tool", "columnKind", "originalUriBaseIds", "results"})
-        self.assertIn(sarif_run["columnKind"], ("utf16CodeUnits", "unicodeCodePoints"))
-        self.assertEqual(list(sarif_run["originalUriBaseIds"]), ["%SRCROOT%"])
-        driver = sarif_run["tool"]["driver"]
-        self.assertEqual(set(driver), {"name", "version", "informationUri", "rules"})
-        self.assertRegex(driver["version"], r"^v\d")
-        self.assertRegex(driver["informationUri"], ABSOLUTE_URI)
-        self.check_sarif_rules(driver["rules"])
-        self.assertTrue(sarif_run["results"])
-        for result in sarif_run["results"]:
-            self.check_sarif_result(result, driver["rules"])
 
-    def check_sarif_rules(self, rules):
-        identifiers = [rule["id"] for rule in rules]
-        self.assertEqual(len(set(identifiers)), len(identifiers))
-        for rule in rules:
-            self.assertEqual(set(rule), {"id", "helpUri", "shortDescription", "defaultConfiguration"})
-            self.assertRegex(rule["helpUri"], ABSOLUTE_URI)
+
+class Sarif(CommandTest):
+    def check(self, value, shape, where="log"):
+        if isinstance(shape, str):
+            properties = {name.rstrip("!"): below for name, below in SARIF[shape].items()}
+            self.assertEqual(set(value) - set(properties), set(), where)
+            required = {name[:-1] for name in SARIF[shape] if name.endswith("!")}
+            self.assertEqual(required - set(value), set(), where)
+            for name, below in value.items():
+                self.check(below, properties[name], f"{where}.{name}")
+        elif isinstance(shape, (list, dict)):
+            self.assertIsInstance(value, type(shape), where)
+            parts = value.items() if isinstance(shape, dict) else enumerate(value)
+            below = shape[""] if isinstance(shape, dict) else shape[0]
+            for name, part in parts:
+                self.check(part, below, f"{where}[{name}]")
+        elif isinstance(shape, set):
+            self.assertIn(value, shape, where)
+        elif isinstance(shape, int):
+            self.assertIs(type(value), int, where)
+            self.assertGreaterEqual(value, shape, where)
+        else:
+            self.assertTrue(shape.fullmatch(value), f"{where}: {value}")
+
+    def check_references(self, sarif_run):
+        """What SARIF asks for beyond its schema."""
+        rules = [rule["id"] for rule in sarif_run["tool"]["driver"]["rules"]]
+        self.assertEqual(len(set(rules)), len(rules))
+        for rule in sarif_run["tool"]["driver"]["rules"]:
             self.assertTrue(rule["helpUri"].endswith(f"/lint_rules.md#{rule['id']}"))
-            self.assertTrue(rule["shortDescription"]["text"])
-            self.assertIn(rule["defaultConfiguration"]["level"], ("note", "warning", "error"))
+        for result in sarif_run["results"]:
+            self.assertEqual(rules[result["ruleIndex"]], result["ruleId"])
+            (location,) = result["locations"]
+            artifact = location["physicalLocation"]["artifactLocation"]
+            self.assertIn(artifact["uriBaseId"], sarif_run["originalUriBaseIds"])
+            self.assertNotRegex(artifact["uri"], "^/|^file:|//")
 
-    def check_sarif_result(self, result, rules):
-        self.assertEqual(set(result), {"ruleId", "ruleIndex", "level", "message", "locations"})
-        self.assertEqual(rules[result["ruleIndex"]]["id"], result["ruleId"])
-        self.assertIn(result["level"], ("note", "warning", "error"))
-        self.assertTrue(result["message"]["text"])
-        location = result["locations"][0]["physicalLocation"]
-        self.assertEqual(location["artifactLocation"]["uriBaseId"], "%SRCROOT%")
-        self.assertRegex(location["artifactLocation"]["uri"], r"^[A-Za-z0-9._~%-][A-Za-z0-9._~/%-]*$")
-        region = location["region"]
-        self.assertGreaterEqual(region["startLine"], 1)
-        self.assertGreaterEqual(region["startColumn"], 1)
-        self.assertEqual(set(region) - {"startLine", "startColumn", "snippet"}, set())
-        if "snippet" in region:
-            self.assertIsInstance(region["snippet"]["text"], str)
+    def test_every_tree_of_the_rules_gives_what_the_schema_asks_for(self):
+        for rule in RULES:
+            with self.subTest(rule):
+                tree = tree_of(rule, "bad", self.folder / rule)
+                log = json.loads(run("lint", "--root", tree.name, "--notes", "--format", "sarif",
+                                     cwd=tree.parent).stdout)
+                self.check(log, "log")
+                (sarif_run,) = log["runs"]
+                self.check_references(sarif_run)
+                self.assertIn(rule, [result["ruleId"] for result in sarif_run["results"]] +
+                              ["no-block"])  # Follows from another finding.
+
+    def test_addresses(self):
+        """Relative ones for files below the current folder, others whole."""
+        tree = tree_of("octal-number", "bad", self.folder / "a b\u00e9%")
+        escaped = f"{self.folder}/a%20b%C3%A9%25/bad/vendor/etc/uwb/more.conf"
+        for folder, uri in ((self.folder, "a%20b%C3%A9%25/bad/vendor/etc/uwb/more.conf"),
+                            (tree / "vendor", "etc/uwb/more.conf"),
+                            (tree / "vendor/etc/uwb/de", f"file://{escaped}")):
+            with self.subTest(folder):
+                log = json.loads(run("lint", "--root", tree, "--format", "sarif", cwd=folder).stdout)
+                self.check(log, "log")
+                location = log["runs"][0]["results"][0]["locations"][0]["physicalLocation"]
+                self.assertEqual(location["artifactLocation"]["uri"], uri)
+                self.assertEqual("uriBaseId" in location["artifactLocation"], uri != f"file://{escaped}")
 
 
 class Trees(CommandTest):
@@ -230,24 +285,44 @@ class Trees(CommandTest):
 
     def test_what_to_write_for_a_number(self):
         for value, message in (
-                ("08", "cannot read '08' (a leading zero means octal) and ignores the rest of the "
-                       "file: write 8 ("),
-                ("-08", "cannot read '-08' (a leading zero means octal) and ignores the rest of the "
-                        "file: write -8 ("),
-                ("+0018dB", "cannot read '+0018dB' (a leading zero means octal) and ignores the "
-                            "rest of the file: write 18 ("),
-                ("20dB", "cannot read '20dB' and ignores the rest of the file: write 20 ("),
-                ("0x1x", "cannot read '0x1x' and ignores the rest of the file: write 0x1 ("),
+                ("08", "cannot read '08' (a leading zero means octal) and ignores this line: write "
+                       "8 ("),
+                ("-08", "cannot read '-08' (a leading zero means octal) and ignores this line: "
+                        "write 8 ("),
+                ("08\n# 1\nversion=4\nch5.antenna_selection=patch\nap_coop_mode=1",
+                 "and ignores this line and the rest of the file (version, ap_coop_mode): write 8 ("),
+                ("-20dB", "'xtal_trim' takes 0 to 255, not -20 ("),
+                ("-65530", "'-65530' wraps around to 6, and the C++ library of older platform "
+                           "releases ends the file here: write 6, or what else is meant ("),
+                ("-0177772", "'-0177772' wraps around to 6, and "),
+                ("-0", "'-0' has a sign, and the C++ library of older platform releases ends the "
+                       "file here: write 0 ("),
+                ("+0018dB", "cannot read '+0018dB' (a leading zero means octal) and ignores this "
+                            "line: write 18 ("),
+                ("20dB", "cannot read '20dB' and ignores this line: write 20 ("),
+                ("1F", "cannot read '1F' and ignores this line: write 0x1F if hexadecimal is meant, "
+                       "or 1 ("),
+                ("0b1", ": write 0x0b1 if hexadecimal is meant, or 0 ("),
+                ("0x1x", "cannot read '0x1x' and ignores this line: write 0x1 ("),
+                ("0" * 70 + "1b", f"cannot read '{'0' * 60}...' and ignores this line: write "
+                                  f"0x{'0' * 70}1b if hexadecimal is meant, or {'0' * 60}... ("),
+                ("0" + "8" * 70, f"cannot read '0{'8' * 59}...' (a leading zero means octal) and "
+                                 f"ignores this line: write {'8' * 60}... ("),
+                ("0" * 60 + "7", f"'{'0' * 60}...' is octal and is read as 7: write 7 ("),
+                ("-" + "0" * 60, f"'-{'0' * 59}...' has a sign, and "),
                 ("07", "'07' is octal and is read as 7: write 7 ("),
                 ("00", "'00' is octal and is read as 0: write 0 ("),
                 ("0040", "'0040' is octal and is read as 32: write 32, or 40 if that is meant ("),
                 ("zero # 0", "takes a whole number, 0 to 255, not 'zero'"),
-                ("", "takes a whole number, 0 to 255, not ''"),
+                ("", "takes a whole number, 0 to 255, but there is no value after '=' ("),
                 ("x" * 61, "takes a whole number, 0 to 255, not '" + "x" * 60 + "...'"),
+                ("9" * 61, "takes 0 to 255, not " + "9" * 60 + "... ("),
                 ("0x100", "takes 0 to 255, not 0x100")):
             with self.subTest(value):
                 self.write("more.conf", f"xtal_trim={value}\n")
-                self.assertIn(message, self.lint().decode())
+                shown = self.lint().decode()
+                self.assertIn(message, shown)
+                self.assertEqual(len(re.findall(": (?:error|warning): ", shown)), 1, shown)
 
     def test_values_that_countries_override(self):
         self.forty_countries(self.POWERS + "ap_coop_mode=2\nwifi_coex_time_gap=20\n")
@@ -258,6 +333,27 @@ class Trees(CommandTest):
         self.edit(self.uwb / "common.conf", "temperature_", "xtal_trim=444\ntemperature_")
         self.edit(self.etc / "uwb_calib_paths.conf", "/vendor/etc/uwb/more.conf\n", "")
         self.is_golden("one_cause")
+
+    def test_mistake_of_many_countries(self):
+        self.forty_countries(self.POWERS + "xtal_trim=40\n")
+        for code in ("at", "be", "bg", "ca", "ch", "cy", "cz"):
+            self.write(f"{code}/calib.conf")
+        self.edit(self.etc / "uwb_calib_paths.conf", "/vendor/etc/uwb/more.conf\n", "")
+        self.assertIn("(10 of 42 loads: country at, country be, country bg, country ca, country ch, "
+                      "country cy, ...)", self.lint().decode())
+
+    def test_consequences_of_one_cause(self):
+        self.edit(self.uwb / "common.conf", "version=2\n", "version=x\n")
+        lost = (self.uwb / "common.conf").read_text().splitlines()[4:10]
+        for code, line in zip(("at", "be", "bg", "ca", "ch", "cy"), lost):
+            self.write(f"{code}/calib.conf", self.POWERS + line + "\n")
+        self.is_golden("consequences")
+        baseline = self.lint("-q", "--format", "baseline").decode()
+        self.assertEqual(len(re.findall("(?m)^missing-key\t", baseline)), 7)
+
+    def test_path_file_under_two_names(self):
+        (self.etc / "calib_paths").symlink_to("uwb_calib_paths.conf")
+        self.assertEqual(self.lint("-q", status=0), b"")
 
     def test_default_is_missing_or_broken(self):
         self.write("default/calib.conf", "edge.ch9.prf64.tx_power=1\npatch.ch5.prf64.tx_power=x\n")
@@ -276,15 +372,53 @@ class Trees(CommandTest):
         self.is_golden("unusable")
         self.assertIn(b"error: cannot read /vendor/etc/uwb/fr/calib.conf: it is a link to "
                       b"/nowhere/calib.conf, which does not exist", self.lint("--country", "FR"))
-        matrix = run("matrix", "--root", "tree", cwd=self.folder).stdout
-        self.assertIn(b"(fallback: cannot read /vendor/etc/uwb/se/calib.conf: Too many levels of "
-                      b"symbolic links)", matrix)
+
+    def test_what_to_write_for_an_entry(self):
+        paths = self.etc / "uwb_calib_paths.conf"
+        good = paths.read_text()
+        other = "is no placeholder but part of the path: write <country>"
+        for entry, column, message in (
+                ("# all", 1, "path files have no comments, so the whole line is a path: remove the line"),
+                (" // all", 2, "path files have no comments, so the whole line is a path: remove the "
+                               "line"),
+                ("/a.conf ; all", 9, "path files have no comments, so the whole line is a path: "
+                                     "remove the comment"),
+                ("", 1, "an empty line is a path too: remove the line"),
+                (" /a.conf", 1, "the blank is part of the path: remove it"),
+                ("/<Country>/a.conf", 2, f"'<Country>' {other}"),
+                ("/${country}_a.conf", 2, f"'${{country}}' {other}"),
+                ("/$COUNTRY/a.conf", 2, f"'$COUNTRY' {other}"),
+                ("/a/%s.conf", 4, f"'%s' {other}"),
+                ("/a/%s", 4, f"'%s' {other}"),
+                ("/<country>/b<country>.conf", 13, "only the first <country> is replaced, this one "
+                                                   "is part of the path: write it once")):
+            with self.subTest(entry):
+                paths.write_text(good + entry + "\n")
+                shown = self.lint().decode()
+                self.assertIn(f"uwb_calib_paths.conf:4:{column}: warning: {message} (in all ", shown)
+                self.assertIn("; 1 warning\n", shown)
+
+    def test_sarif_counts_the_characters_of_the_file(self):
+        with open(self.etc / "uwb_calib_paths.conf", "ab") as paths:
+            paths.write(b"/caf\xc3\xa9\x01\xe9 # all\n")
+        result = run("lint", "--root", "tree", "--format", "sarif", cwd=self.folder)
+        found = {one["ruleId"]: one for one in json.loads(result.stdout)["runs"][0]["results"]}
+        place = found["path-comment"]["locations"][0]["physicalLocation"]
+        self.assertEqual(place["region"]["startColumn"], 9)
+
+    def test_paths_that_lead_to_no_file(self):
+        with open(self.etc / "uwb_calib_paths.conf", "a", encoding="ascii") as paths:
+            paths.write("/vendor/etc/uwb/common.conf/more\n/write_only/drop_caches\n")
+        shown = self.lint("--map", "/write_only=/proc/sys/vm").decode()
+        self.assertIn("warning: there is no /vendor/etc/uwb/common.conf/more: ", shown)
+        # Nobody may read this one, root neither.
+        self.assertIn("error: cannot read /write_only/drop_caches: Permission denied: ", shown)
 
     def test_neither_the_country_file_nor_the_default_can_be_used(self):
         (self.uwb / "default/calib.conf").unlink()
-        missing = b"error: there is no /vendor/etc/uwb/default/calib.conf"
-        self.assertIn(missing + b", and no file of the country's own [",
-                      self.lint("--country", "FR"))
+        missing = (b"error: there is no /vendor/etc/uwb/default/calib.conf, which is read for a "
+                   b"country without a file of its own: create it")
+        self.assertIn(missing + b" [", self.lint("--country", "FR"))
         (self.uwb / "fr").mkdir()
         (self.uwb / "fr/calib.conf").symlink_to("/nowhere/calib.conf")
         self.assertIn(missing + b" [", self.lint("--country", "FR"))
@@ -300,15 +434,25 @@ class Trees(CommandTest):
         except PermissionError:
             self.skipTest("another user than root cannot call the command where it lies")
         self.assertIn(b"error: cannot read /vendor/etc/uwb/fr/calib.conf: Permission denied: "
-                      b"/vendor/etc/uwb/default/calib.conf is read instead (country fr)",
+                      b"put a file there that can be read; /vendor/etc/uwb/default/calib.conf is "
+                      b"read instead (country fr)",
                       result.stdout)
 
     def test_files_that_no_load_reads(self):
         for name in ("fr/calb.conf", "us/Calib.conf", "JP/calib.conf", "de.bak/calib.conf",
-                     "common.conf.orig", "readme.txt", "de/notes", "usa/calib.conf"):
+                     "common.conf.orig", "readme.txt", "de/notes", "usa/calib.conf",
+                     "common.configuration"):
             self.write(name)
         (self.etc / "uwb_calib_path.conf").write_text("")
         self.is_golden("unread")
+
+    def test_unread_file_that_is_like_two_others(self):
+        self.edit(self.etc / "uwb_calib_paths.conf", "/more.conf",
+                  "/more1.conf\n/vendor/etc/uwb/more2.conf")
+        (self.uwb / "more.conf").rename(self.uwb / "more1.conf")
+        for name in ("more2.conf", "more3.conf"):
+            self.write(name)
+        self.assertEqual(self.lint().count(b"[file-unread]"), 1)
 
     def test_names_that_are_no_countries(self):
         for code in ("us", "default", "unknown", "base", "latam"):
@@ -346,9 +490,52 @@ class Trees(CommandTest):
             self.edit(self.uwb / "common.conf", old, new)
         self.is_golden("key_parts")
 
+    def test_marks_that_make_an_assignment_a_comment(self):
+        for line, column, mark in (("version;=4", 8, ";"), ("version #=4", 9, "#"),
+                                   ("version //=4", 9, "//")):
+            with self.subTest(line):
+                self.edit(self.uwb / "common.conf", "version=2", line)
+                shown = self.lint().decode()
+                self.assertIn(f"common.conf:2:{column}: error: the mark '{mark}' before '=' makes "
+                              "this line a comment: remove the mark, or begin the line with it (in "
+                              "all 3 loads) [no-equal]\n", shown)
+                self.assertIn("    leads to: no line sets 'version' [missing-key]\n", shown)
+                self.edit(self.uwb / "common.conf", line, "version=2")
+
+    def test_keys_that_many_parameters_may_have(self):
+        self.write("more.conf", "xtal_trim=40\nprf64=1\n=5\n")
+        shown = self.lint()
+        self.assertIn(b":2:1: warning: no parameter has the key 'prf64', so the line sets nothing: "
+                      b"correct it, or remove the line (in all 3 loads) [unknown-key]\n", shown)
+        self.assertIn(b":3:1: warning: there is no key before '=', so the line sets nothing: "
+                      b"correct it, or remove the line (in all 3 loads) [unknown-key]\n", shown)
+
+    def test_selector_that_the_converter_refuses(self):
+        """It alone is the reason that there is no block: not the other antenna's, nor its level, nor
+        a value that ends the reading of a file."""
+        wrong = ("edge.selector_gpio=9", "edge.selector_gpio_value=3", "patch.selector_gpio=8",
+                 "patch.selector_gpio_value=2")
+        for first, line in enumerate(wrong):
+            with self.subTest(line):
+                self.write("more.conf", "\n".join(wrong[first:][::-1]) + "\nxtal_trim=40\nversion=x\n")
+                groups = json.loads(self.lint("-q", "--format", "json"))["findings"]
+                (cause,) = [group for group in groups if group["consequences"]]
+                self.assertEqual(cause["source"], line)
+                self.assertEqual([found["message"] for found in cause["consequences"]], [
+                    "no block: GPIO value must be 0 or 1" if "value" in line else
+                    "no block: GPIO must be 6 or 7"])
+
     def test_country_selects_another_antenna(self):
         self.write("fr/calib.conf", "ch9.antenna_selection=top\ntop.port=1\n")
         self.is_golden("other_antenna")
+
+    def test_antenna_with_an_equal_sign(self):
+        for path in (self.uwb / "common.conf", *self.uwb.glob("*/calib.conf")):
+            path.write_text(path.read_text().replace("patch", "a=1"))
+        self.assertEqual(self.lint("-q", status=0), b"")
+        state = json.loads(run("matrix", "--root", "tree", "--format", "json", cwd=self.folder).stdout)
+        values = {line["text"]: line["value"] for line in state["lines"]}
+        self.assertEqual((values["a=1.port=0"], values["a=1.selector_gpio=6"]), ("0", "6"))
 
     def test_selection_is_missing(self):
         self.edit(self.uwb / "common.conf", "ch9.antenna_selection", "ch9.antena_selection")
@@ -359,6 +546,9 @@ class Trees(CommandTest):
     def test_what_is_no_file_is_not_opened(self):
         (self.uwb / "fr").mkdir()
         os.mkfifo(self.uwb / "fr/calib.conf")
+        (self.uwb / "es").mkdir()
+        with socket.socket(socket.AF_UNIX) as server, contextlib.chdir(self.uwb / "es"):
+            server.bind("calib.conf")
         self.is_golden("pipe")
         matrix = run("matrix", "--root", "tree", cwd=self.folder)
         self.assertEqual(matrix.returncode, 1)
@@ -383,11 +573,12 @@ class Trees(CommandTest):
             self.assertIn(line + unknown, shown)
             self.assertNotIn(b"\x1b", shown)
             shown = run("matrix", "--root", "tree", "--countries", "none", cwd=self.folder).stdout
-            self.assertIn(b"  -       " + unknown, shown)
+            self.assertIn(b"    " + unknown, shown)
             self.assertNotIn(b"\x1b", shown)
-            for sides, sign in (("tree", LINT / "base"), b"-"), ((LINT / "base", "tree"), b"+"):
+            for sides, words in ((("tree", LINT / "base"), b"a block now; before: "),
+                                 ((LINT / "base", "tree"), b"no block any more: ")):
                 shown = run("diff", "--country", "", *sides, cwd=self.folder).stdout
-                self.assertIn(sign + b" none: " + unknown, shown)
+                self.assertIn(words + unknown, shown)
                 self.assertNotIn(b"\x1b", shown)
 
     def test_control_characters_in_missing_keys_are_escaped_in_text_alone(self):
@@ -418,7 +609,7 @@ class Trees(CommandTest):
         explained = run("explain", *maps, "--country", "DE", "--format", "json", cwd=self.folder)
         self.assertEqual(built.stdout[:4].decode(),
                          json.loads(explained.stdout)["fields"][0]["bytes"].replace(" ", ""))
-        self.fails(run("lint", "--map", "device"), "--map takes /PATH=FOLDER, not 'device'")
+        self.fails(run("lint", "--map", "device"), "--map takes /PATH=DIR, not 'device'")
 
     def test_severities_that_fail(self):
         self.edit(self.uwb / "more.conf", "40", "040")
@@ -439,14 +630,74 @@ class Trees(CommandTest):
         self.assertNotIn(b"trim.conf", shown)
         self.assertIn(b"there is no /persist/gone.conf", shown)
         self.lint("--ignore", "file-missing:/vendor/etc/uwb_calib_paths.conf", status=0)
+        self.lint("--ignore", "file-missing:tree/vendor/etc/uwb_calib_paths.conf", status=0)
         result = run("lint", "--root", "tree", "--ignore", "no-block", cwd=self.folder)
         self.fails(result, "no-block cannot be ignored; --countries says which loads count")
+        self.fails(run("lint", "--ignore", "octal-number:"),
+                   "--ignore takes RULE or RULE:PATH, not 'octal-number:'")
+
+    def test_what_ignores_nothing_is_told(self):
+        self.write("more.conf", "xtal_trim=040\n")
+        shown = self.lint("--ignore", "octal-number:tree/vendor/etc/uwb/more.conf",
+                          "--ignore", "octal-number:/more.conf", "--ignore", "file-missing",
+                          "--ignore", "no-equal:tree/vendor/etc/uwb/more.conf", status=0)
+        self.assertTrue(shown.endswith(
+            b": each gives a block; nothing found; unused: --ignore no-equal:tree/vendor/etc/uwb/"
+            b"more.conf, --ignore octal-number:/more.conf\n"), shown)
+
+    def test_comment_that_names_no_rule(self):
+        for name, word, advice in (
+                ("octal-nummer", "octal-nummer", "; did you mean 'octal-number'?"),
+                ("octal-number, no-equal", "octal-number,", "; did you mean 'octal-number'?"),
+                ("everything", "everything", ": lint --help lists the rules"),
+                ("", "", ": name a rule of those that lint --help lists")):
+            with self.subTest(name):
+                self.write("more.conf", f"# lint-ignore {name}\nxtal_trim=040\n")
+                shown = self.lint().decode()
+                self.assertIn(f"more.conf:1:15: warning: there is no rule '{word}', so this comment "
+                              f"silences nothing{advice} (in all 3 loads) [unknown-rule]\n", shown)
+                self.assertIn("more.conf:2:11: warning: '040' is octal", shown)
+
+    def test_lines_that_are_lost(self):
+        """What is told of them does not say that they are read."""
+        self.write("more.conf", "xtal_trim=444\nversion=010\nversion=-2\nap_coop_mode=2 3\n"
+                                "wifi_coex_time_gap=12dB\nversion=70000\n")
+        self.is_golden("lost_lines")
+
+    def test_lines_are_lost_for_one_of_the_two_readings(self):
+        self.write("more.conf", "xtal_trim=444\nch5.antenna_selection=\nversion=1\n"
+                                "ch9.antenna_selection=edge\n")
+        shown = self.lint()
+        self.assertIn(b"not 444; the rest of the file is not read: version (", shown)
+        self.assertIn(b"takes a word, but there is no value after '='; the rest of the file is not "
+                      b"read: ch9.antenna_selection (", shown)
+
+    def test_bytes_that_are_no_text(self):
+        for text, told in (
+                (b"# \x1b", "1:3: warning: the control character 0x1B is no text: remove it ("),
+                (b"\n\x7f\xff", "2:1: warning: the control character 0x7F is no text: remove it; "
+                                 "the file has 1 more that are no text ("),
+                (b"#\t\xc3\xa9 \xc3", "1:6: warning: the byte 0xC3 is not UTF-8: save the file as "
+                                       "UTF-8 (")):
+            with self.subTest(text):
+                (self.uwb / "more.conf").write_bytes(text + b"\nxtal_trim=40\n")
+                self.assertIn(f"more.conf:{told}", self.lint().decode())
+
+    def test_comments_that_speak_of_the_comment_that_silences(self):
+        self.write("more.conf", "# see lint-ignore\n# lint-ignored octal-number\n#\nxtal_trim=040\n")
+        shown = self.lint().decode()
+        self.assertNotIn("unknown-rule", shown)
+        self.assertIn("more.conf:4:11: warning: '040' is octal", shown)
 
     def test_ignored_for_the_next_line(self):
         self.write("more.conf", "# lint-ignore octal-number\nxtal_trim=040\nversion=01\n")
         shown = self.lint()
         self.assertNotIn(b"more.conf:2:", shown)
         self.assertIn(b"more.conf:3:9: warning: '01' is octal", shown)
+
+    def test_bytes_that_are_no_text_can_be_ignored_too(self):
+        self.write("more.conf", "# lint-ignore not-text\n# \x01\nxtal_trim=40\n")
+        self.assertEqual(self.lint("-q", status=0), b"")
 
     def test_what_is_ignored_does_not_hide_that_there_is_no_block(self):
         self.write("more.conf", "// lint-ignore unknown-key\nxtal_trm=40\n")
@@ -462,10 +713,34 @@ class Trees(CommandTest):
         self.write("more.conf", "// new\nxtal_trim=040\nversion=01\nap_coop_mode=01\n")
         shown = self.lint("--baseline", "known")
         self.assertIn(b"more.conf:4:14: warning: ", shown)
-        self.assertIn(b"; 1 warning; 2 baseline lines unused\n", shown)
+        self.assertIn(b"; 1 warning; unused: 2 baseline lines\n", shown)
         self.write("known", "octal-number\n")
         result = run("lint", "--root", "tree", "--baseline", self.uwb / "known", cwd=self.folder)
         self.fails(result, f"{self.uwb}/known:1: no line of a baseline")
+
+    def test_a_baseline_never_hides_that_there_is_no_block(self):
+        self.write("more.conf", "xtal_trm=40\n")
+        self.lint("--format", "baseline", "-o", self.folder / "known")
+        lines = (self.folder / "known").read_text()
+        self.assertEqual(re.findall(r"(?m)^[\w-]+", lines), ["unknown-key", "missing-key"])
+        shown = self.lint("--baseline", "known").decode()
+        message = "no block: parameters are missing"
+        self.assertEqual(re.findall(r" error: (.*) \(in all 3 loads\) \[", shown), [message])
+        paths = "/vendor/etc/uwb_calib_paths.conf"
+        (self.folder / "known").write_text(f"{lines}no-block\t{paths}\t{message}\n")
+        self.assertEqual(self.lint("--baseline", "known").decode(),
+                         shown.replace("; 1 error", "; 1 error; unused: 1 baseline line"))
+
+    def test_countries_that_are_no_loads_and_those_beside_a_country(self):
+        for words in ("", ","):
+            for arguments in (["lint", "--root", "tree"], ["matrix", "--root", "tree"],
+                              ["diff", "tree", "tree"]):
+                result = run(*arguments, "--countries", words, cwd=self.folder)
+                self.fails(result, f"--countries names no load: '{words}'")
+        for name, *operands in (("lint",), ("diff", "tree", "tree")):
+            result = run(name, *operands, "--country", "", "--countries", "us", cwd=self.folder)
+            self.fails(result, "--country and --countries exclude each other (see "
+                               f"'tarnix-uwb-params {name} --help')")
 
     def test_many_faults_are_told_in_proportion(self):
         """Ten times the lines make ten times the findings, each once."""
@@ -496,7 +771,7 @@ class NewUser(CommandTest):
         self.assertEqual(result.returncode, 1)
         common = "tree/vendor/etc/uwb/common.conf"
         for place, rule in ((f"{common}:31:1", "unknown-key"), (f"{common}:35:23", "octal-number"),
-                            (f"{common}:9:21", "selector-line"),
+                            (f"{common}:9:21", "selector"),
                             ("tree/vendor/etc/uwb_calib_paths.conf:2:1", "file-missing")):
             self.assertRegex(result.stdout.decode(), re.compile(
                 rf"^{re.escape(place)}: \w+: .* \[{rule}\]$", re.M))
@@ -527,19 +802,23 @@ class Documentation(CommandTest):
     def test_every_rule_is_tested_and_documented_with_its_severity(self):
         rules = self.rules_of_the_command()
         self.assertEqual(sorted(rule["id"] for rule in rules), RULES)
-        documented = [re.match(r"(\S+)\n\nSeverity: (\w+)\.", section).groups()
-                      for section in self.sections]
-        self.assertEqual(documented, [(rule["id"], rule["defaultConfiguration"]["level"])
-                                      for rule in rules])
+        documented = [re.match(r"(\S+)\n\n(\w+)\. ", section).groups() for section in self.sections]
+        self.assertEqual(documented, [
+            (rule["id"], rule["defaultConfiguration"]["level"].capitalize()) for rule in rules])
 
-    def test_examples_are_the_tested_files(self):
+    def test_examples_are_lines_of_the_tested_trees(self):
         for section in self.sections:
             rule = section.split("\n", 1)[0]
-            examples = re.findall(r"^(Bad|Good), `([^`]*)`:\n\n```\n(.*?)```$", section, re.M | re.S)
-            self.assertEqual([kind for kind, _, _ in examples], ["Bad", "Good"], rule)
-            for kind, name, text in examples:
-                self.assertTrue(name.startswith(f"tests/tools/lint/{rule}/{kind.lower()}/"), name)
-                self.assertEqual(text, shown(name), name)
+            with self.subTest(rule):
+                (example,) = re.findall(r"^```\n(.*?)\n```$", section, re.M | re.S)
+                bad, good = (lines_of(LINT / rule / kind) for kind in ("bad", "good"))
+                self.assertEqual([line for line in example.split("\n") if line not in bad], [])
+                if rule not in ("file-missing", "country-fallback"):  # A good tree has the file.
+                    self.assertFalse(set(example.split("\n")) <= set(good))
+                text = " ".join(section.split("```", 1)[0].split("\n"))
+                for advice in re.findall(r"Write `([^`]*)`(?: and `([^`]*)`)?", text):
+                    for line in filter(None, advice):
+                        self.assertIn(line, good)
 
 
 if __name__ == "__main__":

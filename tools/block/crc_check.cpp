@@ -42,9 +42,8 @@ std::string flippedBit(Bytes block) {
     const uint8_t is = block[offset];
     block[offset] ^= mask;
     if (storedCrc(block) == computedCrc(block)) {
-      return "bit " + std::to_string(bit % 8) + " of byte " + std::to_string(offset) + " (" +
-             fieldAt(offset).name + ") is flipped: " + hex(is, 2) + " should be " +
-             hex(block[offset], 2);
+      return StringPrintf("bit %zu of byte %zu (%s) is flipped: 0x%02X should be 0x%02X", bit % 8,
+                          offset, fieldAt(offset).name, is, block[offset]);
     }
     block[offset] ^= mask;
   }
@@ -58,7 +57,7 @@ std::string likelyCauses(const Bytes& block, uint16_t stored, uint16_t computed)
   for (std::string cause : {wrongStart(block, stored), flippedBit(block)}) {
     if (!cause.empty()) causes.push_back(std::move(cause));
   }
-  return joined(causes, ", or ");
+  return Join(causes, ", or ");
 }
 
 }  // namespace

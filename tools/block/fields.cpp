@@ -21,13 +21,6 @@ bool isWiringOfChannel9(const Parameter& parameter) {
   return parameter.role != Role::Number && parameter.record_offset >= offsetof(ccc_calib, ch9);
 }
 
-// The field's bytes that the block has.
-Bytes part(const Bytes& block, const BlockField& field) {
-  const auto begin = static_cast<ptrdiff_t>(std::min(field.offset, block.size()));
-  const auto end = static_cast<ptrdiff_t>(std::min(field.end(), block.size()));
-  return {block.begin() + begin, block.begin() + end};
-}
-
 }  // namespace
 
 std::vector<const Parameter*> parametersFor(const antenna_selection& selection) {
@@ -47,18 +40,10 @@ bool hasSelector(Role role, uint64_t number) {
 }
 
 const Selector* selectorOf(uint8_t code) {
-  const auto* const found =
-      std::find_if(std::begin(kSelectors), std::end(kSelectors),
-                   [&](const Selector& selector) { return selector.code == code; });
-  return found == std::end(kSelectors) ? nullptr : found;
-}
-
-std::vector<const BlockField*> differingFields(const Bytes& a, const Bytes& b) {
-  std::vector<const BlockField*> fields;
-  for (const BlockField& field : kBlockFields) {
-    if (part(a, field) != part(b, field)) fields.push_back(&field);
+  for (const Selector& selector : kSelectors) {
+    if (selector.code == code) return &selector;
   }
-  return fields;
+  return nullptr;
 }
 
 uint32_t numberIn(const Bytes& block, const BlockField& field) {

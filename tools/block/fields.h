@@ -126,8 +126,5 @@ bool hasSelector(Role role, uint64_t number);
 // The selector with this code; null when there is none.
 const Selector* selectorOf(uint8_t code);
 
-// The fields in which two blocks differ, and those that only one of them has completely.
-std::vector<const BlockField*> differingFields(const Bytes& a, const Bytes& b);
-
 // The field's number in `block`, which must hold the whole field of at most four bytes.
 uint32_t numberIn(const Bytes& block, const BlockField& field);

@@ -21,6 +21,15 @@ std::string bytesOf(const Bytes& block, const BlockField& field);
 // The field's number: hexadecimal for a code or a CRC, otherwise decimal.
 std::string valueOf(const Bytes& block, const BlockField& field);
 
+// The fields in which two blocks differ, and those that only one of them has completely.
+std::vector<const BlockField*> differingFields(const Bytes& a, const Bytes& b);
+
+// "bytes = value, meaning", without what there is not.
+std::string describe(const Bytes& block, const BlockField& field);
+
+// As valueOf, but hexadecimal for four bytes too; the bytes where they are no number.
+std::string comparedValueOf(const Bytes& block, const BlockField& field);
+
 // The head of a dump; the column and the width of its bytes.
 constexpr char kDumpHead[] = "offset  bytes                                            field\n";
 constexpr size_t kDumpBytes = 8;
@@ -29,7 +38,7 @@ constexpr size_t kDumpWidth = 48;
 // One row for each field: offset, bytes, name.
 std::string dumpOf(const Bytes& block);
 
-// One line of hexadecimal digits.
+// Hexadecimal digits.
 std::string hexOf(const Bytes& block);
 
 // A C array with one line of comment for each field.
@@ -41,5 +50,8 @@ std::string mapOf(const Bytes& block, const Paint& paint);
 // The letter that stands for a field in the map, in the field's colour.
 std::string letterOf(const BlockField& field, const Paint& paint);
 
-// {"bytes": hex, "fields": [{name, offset, size, bytes, value, meaning}]}
-JsonMembers jsonOf(const Bytes& block);
+// {name, offset, size, bytes, value, meaning}
+Json::Value fieldJson(const Bytes& block, const BlockField& field);
+
+// {"bytes": hex, "fields": [...]}
+Json::Value jsonOf(const Bytes& block);

@@ -2,20 +2,15 @@
 #include "tools/block/view.h"
 #include "tools/command/tree.h"
 #include "tools/device/device_library.h"
-#include "tools/device/library_log.h"
 
 namespace {
 
 std::string formatted(const Bytes& block, const std::string& format) {
   if (format == "binary") return {block.begin(), block.end()};
-  if (format == "hex") return hexOf(block);
+  if (format == "hex") return hexOf(block) + "\n";
   if (format == "json") return documentOf(jsonOf(block));
   if (format == "c") return cArrayOf(block);
   return dumpOf(block);
-}
-
-std::string usualFormat(const Options& options) {
-  return options.to_terminal ? "dump" : "binary";
 }
 
 }  // namespace
@@ -23,17 +18,14 @@ std::string usualFormat(const Options& options) {
 Outcome build(const Options& options, const Paint& /*paint*/) {
   const DeviceLibrary library(options.library);
   const LogCapture log;
-  Bytes block;
-  {
-    const Tree tree(options.root, options);
-    block = library.load(options.capacity);
-  }
+  const Tree tree(options.root, options);
+  const Bytes block = library.load(options.capacity);
   // A capacity of 0 has no byte to write either.
   const bool failed = block.empty();
   for (const LogLine& line : log.lines()) {
     if (!options.quiet || (failed && line.priority == 'E')) show(line);
   }
   if (failed) return {kFindings, std::nullopt, "no valid calibration: the log says why"};
-  return {
-      kGood, formatted(block, options.format.empty() ? usualFormat(options) : options.format), {}};
+  const std::string usual = options.to_terminal ? "dump" : "binary";
+  return {kGood, formatted(block, options.format.empty() ? usual : options.format), {}};
 }

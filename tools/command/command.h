@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -24,10 +25,14 @@ struct Options {
   bool log = false;
   bool help = false;
   bool to_terminal = false;  // The result goes to a terminal.
+  bool in_colour = false;
   std::vector<std::string> operands;
   std::vector<std::string> error_rules;
   std::vector<std::string> ignored_rules;
-  std::string countries;  // "us,de,other,none"; empty for all.
+  std::optional<std::string> countries;  // "us,de,other,none"; all without it.
+  std::optional<std::string> fields;     // "xtal_trim,ch9_port"; without it the usual ones.
+  std::string sort;                      // "block"; else by country.
+  bool between = false;                  // The operands are countries.
   std::string baseline;
   std::string fail_on = "warning";
   bool notes = false;
@@ -43,7 +48,7 @@ struct Outcome {
 };
 
 constexpr int kGood = 0;
-constexpr int kFindings = 1;  // Or differences, or no valid calibration.
+constexpr int kFindings = 1;  // Or no block, a damaged one, a difference.
 constexpr int kTrouble = 2;   // Wrong usage or unreadable input.
 
 Outcome build(const Options& options, const Paint& paint);
@@ -55,3 +60,12 @@ Outcome explain(const Options& options, const Paint& paint);
 Outcome explainDeviceLog(const Options& options, const Paint& paint);
 Outcome matrix(const Options& options, const Paint& paint);
 Outcome diff(const Options& options, const Paint& paint);
+
+// What the command line asks for: a subcommand, or the help, the version, completions.
+struct Request {
+  Options options;
+  std::function<Outcome(const Options&, const Paint&)> run;
+};
+
+// Reads the command line. Throws std::runtime_error, one line, for a wrong one.
+Request parseCommandLine(int argc, char** argv);

@@ -1,6 +1,4 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "tools/command/command_line.h"
-
 #include <getopt.h>
 #include <unistd.h>
 
@@ -8,14 +6,10 @@
 #include <cstdlib>
 #include <stdexcept>
 
-#include "tools/block/fields.h"
 #include "tools/command/options.h"
-#include "tools/device/library_log.h"
-#include "tools/text/nearest.h"
+#include "tools/device/device_library.h"
 
 namespace {
-
-constexpr unsigned kLargestCapacity = 1U << 20;
 
 // getopt_long returns this plus the index of the option; letters are below it.
 constexpr int kFirstRow = 256;
@@ -25,36 +19,6 @@ constexpr int kFirstRow = 256;
                            (subcommand.empty() ? "" : subcommand + " ") + "--help')");
 }
 
-std::string suggestion(const std::string& word, const std::vector<std::string>& candidates) {
-  const std::string nearest = nearestOf(word, candidates);
-  return nearest.empty() ? "" : "; did you mean " + nearest + "?";
-}
-
-void assign(bool& target, const std::string& /*value*/) {
-  target = true;
-}
-
-void assign(unsigned& target, const std::string& value) {
-  char* end = nullptr;
-  const unsigned long number = std::strtoul(value.c_str(), &end, 10);
-  if (value.empty() || value[0] == '-' || *end != '\0' || number > kLargestCapacity) {
-    throw std::invalid_argument("a number from 0 to " + std::to_string(kLargestCapacity));
-  }
-  target = static_cast<unsigned>(number);
-}
-
-void assign(std::string& target, const std::string& value) {
-  target = value;
-}
-
-void assign(std::optional<std::string>& target, const std::string& value) {
-  target = value;
-}
-
-void assign(std::vector<std::string>& target, const std::string& value) {
-  target.push_back(value);
-}
-
 // Reads the words of one subcommand, whose name is the first of them.
 class Reader {
  public:
@@ -62,41 +26,31 @@ class Reader {
       : subcommand_(subcommand), rows_(optionsOf(subcommand)) {}
 
   Options read(int argc, char** argv) {
-    const std::vector<option> longs = longOptions();
-    const std::string shorts = shortOptions();
+    std::vector<option> longs;
+    std::string letters = ":";  // Makes getopt_long return ':' for a missing value.
+    for (const Option& row : rows_) {
+      const bool takes_value = !row.value.empty();
+      longs.push_back({row.name.c_str(), takes_value ? required_argument : no_argument, nullptr,
+                       kFirstRow + static_cast<int>(longs.size())});
+      if (row.letter != 0) letters += std::string(1, row.letter) + (takes_value ? ":" : "");
+    }
+    longs.push_back({});
     opterr = 0;
     optind = 0;  // Resets the C library's state.
     for (int found = 0;
-         (found = getopt_long(argc, argv, shorts.c_str(), longs.data(), nullptr)) >= 0;) {
+         (found = getopt_long(argc, argv, letters.c_str(), longs.data(), nullptr)) >= 0;) {
       if (found == '?') refuseOption(argv[optind - 1]);
-      if (found == ':') refuse(std::string(argv[optind - 1]) + " needs a value", subcommand_.name);
+      if (found == ':') refuse(std::string(argv[optind - 1]) + " needs a value");
       set(rowOf(found), optarg == nullptr ? "" : optarg);
     }
     options_.operands.assign(argv + optind, argv + argc);
-    if (!options_.help) checkOperands();
+    if (!options_.help && !takesNames(subcommand_)) check();
     return options_;
   }
 
  private:
-  std::vector<option> longOptions() const {
-    std::vector<option> longs;
-    for (const Option& row : rows_) {
-      const int argument = row.value == Value::None ? no_argument : required_argument;
-      longs.push_back({row.name, argument, nullptr, kFirstRow + static_cast<int>(longs.size())});
-    }
-    longs.push_back({});
-    return longs;
-  }
-
-  // The first colon makes getopt_long return ':' for a missing value.
-  std::string shortOptions() const {
-    std::string letters = ":";
-    for (const Option& row : rows_) {
-      if (row.letter == 0) continue;
-      letters += row.letter;
-      if (row.value != Value::None) letters += ':';
-    }
-    return letters;
+  [[noreturn]] void refuse(const std::string& problem) const {
+    ::refuse(problem, subcommand_.name);
   }
 
   const Option& rowOf(int found) const {
@@ -106,45 +60,35 @@ class Reader {
   }
 
   [[noreturn]] void refuseOption(const std::string& word) const {
-    if (optopt >= kFirstRow) {
-      refuse(std::string("--") + rowOf(optopt).name + " takes no value", subcommand_.name);
-    }
-    if (optopt != 0) {
-      refuse(std::string("unknown option -") + static_cast<char>(optopt), subcommand_.name);
-    }
+    if (optopt >= kFirstRow) refuse("--" + rowOf(optopt).name + " takes no value");
+    if (optopt != 0) refuse(std::string("unknown option -") + static_cast<char>(optopt));
     const std::string name = word.substr(0, word.find('='));
     std::vector<std::string> names;
-    for (const Option& row : rows_) names.push_back(std::string("--") + row.name);
-    refuse("unknown option " + name + suggestion(name, names), subcommand_.name);
+    for (const Option& row : rows_) names.push_back("--" + row.name);
+    refuse("unknown option " + name + suggestion(name, names));
   }
 
   void set(const Option& row, const std::string& value) {
+    const std::string name = "--" + row.name;
     const std::vector<std::string> choices = choicesOf(row, subcommand_);
-    const std::string word =
-        row.value == Value::RulePath ? value.substr(0, value.find(':')) : value;
+    const std::string word = row.value == "RULE[:PATH]" ? value.substr(0, value.find(':')) : value;
     if (!choices.empty() && std::find(choices.begin(), choices.end(), word) == choices.end()) {
-      const std::string nearest = suggestion(value, choices);
-      refuse(std::string("--") + row.name + " does not take '" + value + "'" +
-                 (nearest.empty() ? ", but " + joined(choices, ", ") : nearest),
-             subcommand_.name);
+      refuse(name + " does not take '" + value + "'" +
+             suggestion(value, choices, ", but " + Join(choices, ", ")));
     }
-    try {
-      std::visit([&](auto member) { assign(options_.*member, value); }, row.target);
-    } catch (const std::invalid_argument& e) {
-      refuse(std::string("--") + row.name + " takes " + e.what() + ", not '" + value + "'",
-             subcommand_.name);
-    }
+    if (row.set(options_, value)) return;
+    refuse(name + " takes a number from 0 to " + std::to_string(kLargestNumber) + ", not '" +
+           value + "'");
   }
 
-  void checkOperands() const {
-    if (takesNames(subcommand_)) return;
-    const std::vector<std::string> wanted = operandsOf(subcommand_);
+  void check() const {
+    std::vector<std::string> wanted = Split(subcommand_.operands, " ");
+    if (subcommand_.operands.empty()) wanted.clear();
     const std::vector<std::string>& given = options_.operands;
-    if (given.size() > wanted.size()) {
-      refuse("unexpected argument " + given[wanted.size()], subcommand_.name);
-    }
-    if (given.size() < wanted.size()) {
-      refuse(wanted[given.size()] + " is missing", subcommand_.name);
+    if (given.size() > wanted.size()) refuse("unexpected argument " + given[wanted.size()]);
+    if (given.size() < wanted.size()) refuse(wanted[given.size()] + " is missing");
+    if (options_.country.has_value() && options_.countries.has_value()) {
+      refuse("--country and --countries exclude each other");
     }
   }
 
@@ -153,11 +97,9 @@ class Reader {
   Options options_{};
 };
 
-const Subcommand& chosenSubcommand(const std::string& name) {
-  if (const Subcommand* const subcommand = subcommandCalled(name)) return *subcommand;
-  std::vector<std::string> names;
-  for (const Subcommand& subcommand : subcommands()) names.emplace_back(subcommand.name);
-  refuse("unknown subcommand " + name + suggestion(name, names));
+// Asks for nothing but this text.
+Request answer(const std::string& text) {
+  return {{}, [text](const Options&, const Paint&) { return Outcome{kGood, text, {}}; }};
 }
 
 std::string versionLine() {
@@ -166,23 +108,28 @@ std::string versionLine() {
          (commit.empty() ? "" : ", commit " + commit) + "\n";
 }
 
+// As --color says, or on a terminal unless NO_COLOR is set.
+bool wantsColour(const Options& options) {
+  if (options.color != "auto") return options.color == "always";
+  const char* const no_color = std::getenv("NO_COLOR");
+  return options.to_terminal && (no_color == nullptr || *no_color == '\0');
+}
+
 }  // namespace
 
 Request parseCommandLine(int argc, char** argv) {
   if (argc < 2) refuse("a subcommand is missing");
   const std::string first = argv[1];
-  if (first == "--help" || first == "-h") return {{}, nullptr, generalHelp()};
-  if (first == "--version") return {{}, nullptr, versionLine()};
-  if (first == "--complete") return {{}, nullptr, completionsOf({argv + 2, argv + argc})};
-  const Subcommand& subcommand = chosenSubcommand(first);
-  Options options = Reader(subcommand).read(argc - 1, argv + 1);
-  if (options.help) return {{}, nullptr, helpOf(subcommand)};
+  if (first == "--help" || first == "-h") return answer(generalHelp());
+  if (first == "--version") return answer(versionLine());
+  if (first == "--complete") return answer(completionsOf({argv + 2, argv + argc}));
+  const Subcommand* const subcommand = subcommandCalled(first);
+  if (subcommand == nullptr) {
+    refuse("unknown subcommand " + first + suggestion(first, subcommandNames()));
+  }
+  Options options = Reader(*subcommand).read(argc - 1, argv + 1);
+  if (options.help) return answer(helpOf(*subcommand));
   options.to_terminal = options.output == "-" && isatty(STDOUT_FILENO) == 1;
-  return {std::move(options), subcommand.run, {}};
-}
-
-bool wantsColour(const Options& options) {
-  if (options.color != "auto") return options.color == "always";
-  const char* const no_color = std::getenv("NO_COLOR");
-  return options.to_terminal && (no_color == nullptr || *no_color == '\0');
+  options.in_colour = wantsColour(options);
+  return {std::move(options), subcommand->run};
 }

@@ -4,13 +4,15 @@
 #include "tools/block/view.h"
 #include "tools/command/command.h"
 #include "tools/probe/calibration_text.h"
+#include "tools/text/input_output.h"
 
 namespace {
 
-struct Verdict {
-  bool whole = false;
-  CrcCheck crc{};
-  std::vector<std::string> problems;
+// A field of the block, and whether it is wrong.
+struct Row {
+  const BlockField* field;
+  std::string meaning;
+  bool bad;
 };
 
 std::string crcText(const CrcCheck& crc) {
@@ -20,26 +22,27 @@ std::string crcText(const CrcCheck& crc) {
   return "computed " + hex(crc.computed, 4) + ": " + cause;
 }
 
-Verdict judge(const Bytes& block) {
-  Verdict verdict;
-  verdict.whole = block.size() == kBlockSize;
-  if (!verdict.whole) {
-    verdict.problems.push_back("truncated: " + std::to_string(block.size()) + " of " +
-                               std::to_string(kBlockSize) + " bytes");
-  } else {
-    verdict.crc = checkCrc(block);
-    if (!verdict.crc.good()) verdict.problems.push_back("bad CRC: " + crcText(verdict.crc));
-  }
+// `crc` is that of a whole block.
+std::vector<Row> rowsOf(const Bytes& block, const std::optional<CrcCheck>& crc) {
+  std::vector<Row> rows;
   for (const BlockField& field : kBlockFields) {
-    if (field.offset >= block.size() || !isSuspect(block, field)) continue;
-    verdict.problems.push_back(std::string(field.name) + ": " + meaningOf(block, field));
+    if (field.offset >= block.size()) break;
+    rows.push_back({&field, meaningOf(block, field), isSuspect(block, field)});
   }
-  return verdict;
+  if (crc.has_value()) rows.front() = {kBlockFields, crcText(*crc), !crc->good()};
+  return rows;
 }
 
-std::string fieldMeaning(const Bytes& block, const BlockField& field, const Verdict& verdict) {
-  if (field.kind == FieldKind::Crc && verdict.whole) return crcText(verdict.crc);
-  return meaningOf(block, field);
+std::vector<std::string> problemsOf(const Bytes& block, const std::vector<Row>& rows) {
+  std::vector<std::string> problems;
+  if (block.size() < kBlockSize) {
+    problems.push_back(StringPrintf("truncated: %zu of %zu bytes", block.size(), kBlockSize));
+  }
+  for (const Row& row : rows) {
+    const std::string name = row.field->kind == FieldKind::Crc ? "bad CRC" : row.field->name;
+    if (row.bad) problems.push_back(name + ": " + row.meaning);
+  }
+  return problems;
 }
 
 std::string fieldBytes(const Bytes& block, const BlockField& field) {
@@ -48,60 +51,52 @@ std::string fieldBytes(const Bytes& block, const BlockField& field) {
   return bytesOf(block, {field.name, field.offset, 3, field.kind}) + " ...";
 }
 
-std::string row(const Bytes& block, const BlockField& field, const Verdict& verdict,
-                const Paint& paint) {
-  const bool bad = isSuspect(block, field) ||
-                   (field.kind == FieldKind::Crc && verdict.whole && !verdict.crc.good());
-  std::string text = paddedLeft(std::to_string(field.offset), 6) + "  " + padded(field.name, 22) +
-                     "  " + padded(fieldBytes(block, field), 12) + "  " +
-                     paddedLeft(valueOf(block, field), 10);
-  const std::string meaning = fieldMeaning(block, field, verdict);
-  if (!meaning.empty()) text += "  " + (bad ? paint.red(meaning) : meaning);
+std::string rowText(const Bytes& block, const Row& row, const Paint& paint) {
+  const BlockField& field = *row.field;
+  std::string text = StringPrintf("%6zu  %-22s  %-12s  %10s", field.offset, field.name,
+                                  fieldBytes(block, field).c_str(), valueOf(block, field).c_str());
+  if (!row.meaning.empty()) text += "  " + (row.bad ? paint.red(row.meaning) : row.meaning);
   text.erase(text.find_last_not_of(' ') + 1);
   return text + "\n";
 }
 
-std::string table(const Bytes& block, const Verdict& verdict, const Paint& paint) {
-  std::string out =
-      paint.bold("offset  field                   bytes              value  meaning") + "\n";
-  for (const BlockField& field : kBlockFields) {
-    if (field.offset >= block.size()) break;
-    if (paint.inColour()) out += letterOf(field, paint) + " ";
-    out += row(block, field, verdict, paint);
+std::string view(const Bytes& block, const std::vector<Row>& rows,
+                 const std::vector<std::string>& problems, const Paint& paint) {
+  std::string out = paint.inColour() ? mapOf(block, paint) + "\n  " : "";
+  out += paint.bold("offset  field                   bytes              value  meaning") + "\n";
+  for (const Row& row : rows) {
+    if (paint.inColour()) out += letterOf(*row.field, paint) + " ";
+    out += rowText(block, row, paint);
   }
+  for (const std::string& problem : problems) out += paint.red("! " + problem) + "\n";
   return out;
 }
 
-std::string view(const Bytes& block, const Verdict& verdict, const Paint& paint) {
-  std::string out;
-  if (paint.inColour()) out += mapOf(block, paint) + "\n  ";
-  out += table(block, verdict, paint);
-  for (const std::string& problem : verdict.problems) out += paint.red("! " + problem) + "\n";
-  return out;
-}
-
-JsonValue crcJson(const CrcCheck& crc) {
-  JsonMembers json = {
-      {"stored", uint32_t{crc.stored}}, {"computed", uint32_t{crc.computed}}, {"good", crc.good()}};
-  if (!crc.good()) json.emplace_back("cause", crc.likely_cause);
+Json::Value crcJson(const CrcCheck& crc) {
+  Json::Value json;
+  json["stored"] = crc.stored;
+  json["computed"] = crc.computed;
+  json["good"] = crc.good();
+  if (!crc.good()) json["cause"] = crc.likely_cause;
   return json;
-}
-
-std::string asJson(const Bytes& block, const Verdict& verdict) {
-  JsonMembers json = jsonOf(block);
-  if (verdict.whole) json.emplace_back("crc", crcJson(verdict.crc));
-  json.emplace_back("problems", verdict.problems);
-  return documentOf(json);
 }
 
 }  // namespace
 
 Outcome decode(const Options& options, const Paint& paint) {
   const Bytes block = readBlock(readInput(options.operands.at(0)));
-  const Verdict verdict = judge(block);
-  const int status = verdict.problems.empty() ? kGood : kFindings;
-  if (options.format == "json") return {status, asJson(block, verdict), {}};
-  if (options.format != "text") return {status, view(block, verdict, paint), {}};
+  std::optional<CrcCheck> crc;
+  if (block.size() == kBlockSize) crc = checkCrc(block);
+  const std::vector<Row> rows = rowsOf(block, crc);
+  const std::vector<std::string> problems = problemsOf(block, rows);
+  const int status = problems.empty() ? kGood : kFindings;
+  if (options.format == "json") {
+    Json::Value json = jsonOf(block);
+    if (crc.has_value()) json["crc"] = crcJson(*crc);
+    json["problems"] = arrayOf(problems);
+    return {status, documentOf(json), {}};
+  }
+  if (options.format != "text") return {status, view(block, rows, problems, paint), {}};
   if (status == kGood) return {status, calibrationTextOf(block), {}};
-  return {status, std::nullopt, "no text makes this block: " + joined(verdict.problems, "; ")};
+  return {status, std::nullopt, "no text makes this block: " + Join(problems, "; ")};
 }

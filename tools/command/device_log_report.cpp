@@ -2,44 +2,12 @@
 #include <algorithm>
 #include <stdexcept>
 
-#include "tools/block/reader.h"
 #include "tools/command/tree.h"
-#include "tools/device/device_library.h"
-#include "tools/text/json.h"
+#include "tools/text/input_output.h"
 #include "tools/trace/countries.h"
 #include "tools/trace/device_log.h"
-#include "tools/trace/load_trace.h"
 
 namespace {
-
-constexpr size_t kLargestLog = size_t{1} << 28;
-
-// A line of a file; without a file, only the text.
-struct Cause {
-  std::string path;
-  size_t line;
-  std::string text;
-  bool not_read;  // It comes after an error of its file.
-};
-
-struct LoggedError {
-  DeviceLogLine line;
-  std::vector<Cause> causes;
-};
-
-// Where the log and the load of the tree differ first. A side that has ended has no text.
-struct Difference {
-  size_t line;
-  std::string log;
-  std::string tree;
-};
-
-struct Report {
-  LoggedLoad load;
-  LoadTrace trace;
-  std::vector<LoggedError> errors;
-  std::optional<Difference> difference;
-};
 
 // Whether the message names the path, not only a longer one.
 bool namesPath(const std::string& message, const std::string& whole_path) {
@@ -66,12 +34,21 @@ class Causes {
     }
   }
 
-  const std::vector<Cause>& found() const { return causes_; }
+  const Json::Value& found() const { return causes_; }
 
  private:
+  // A line of a file; without a path, only the text. A line after an error of its file is not read.
+  void add(const std::string& path, size_t line, const std::string& text, bool not_read = false) {
+    Json::Value& cause = causes_.append({});
+    cause["path"] = path;
+    cause["line"] = line;
+    cause["text"] = text;
+    cause["not_read"] = not_read;
+  }
+
   void add(const LineRef& ref) {
     const TracedLine& line = trace_.at(ref);
-    causes_.push_back({trace_.files[ref.file]->path, line.number, line.text, line.lost});
+    add(trace_.files[ref.file]->path, line.number, line.text, line.lost);
   }
 
   void addEntries(const TracedPathFile& file) {
@@ -79,18 +56,17 @@ class Causes {
       const bool is_named =
           namesPath(message_, entry.own.path) || namesPath(message_, entry.last().path);
       const bool was_read = entry.file.has_value() && !entry.fellBack();
-      if (is_named && !was_read) causes_.push_back({file.path, entry.number, entry.text, false});
+      if (is_named && !was_read) add(file.path, entry.number, entry.text);
     }
   }
 
   // A line that sets the parameter may be there, but after an error.
   void addMissing(const TracedParameter& parameter) {
-    const size_t before = causes_.size();
+    const Json::ArrayIndex before = causes_.size();
     trace_.forEachLine([&](const LineRef& ref, const TracedLine& line) {
       if (line.lost && &trace_.parameterOf(line) == &parameter) add(ref);
     });
-    if (causes_.size() == before)
-      causes_.push_back({"", 0, "no line sets " + parameter.key, false});
+    if (causes_.size() == before) add("", 0, "no line sets " + parameter.key);
   }
 
   // Whether the message is that of the conversion, which fails for the parameter's number.
@@ -98,13 +74,12 @@ class Causes {
     const bool is_conversions =
         !trace_.problem.empty() && message_.find(trace_.problem) != message_.npos;
     if (!is_conversions || parameter.facts == nullptr || parameter.settings.empty()) return false;
-    const std::string& value = trace_.at(parameter.settings.back()).effect.value;
-    return !hasSelector(parameter.facts->role, std::stoul(value));
+    return !hasSelector(parameter.facts->role, std::stoul(trace_.valueOf(parameter)));
   }
 
   const LoadTrace& trace_;
   const std::string& message_;
-  std::vector<Cause> causes_;
+  Json::Value causes_ = Json::arrayValue;
 };
 
 // What the load logs in the tree; without debug lines if the log has none.
@@ -123,16 +98,20 @@ std::vector<LogLine> expectedLines(const LoggedLoad& load) {
   return lines;
 }
 
-// The first line, with the library's version, is not compared.
-std::optional<Difference> firstDifference(const LoggedLoad& load,
-                                          const std::vector<LogLine>& tree) {
-  for (size_t i = 1; i < tree.size(); ++i) {
-    const std::string& expected = tree[i].text;
-    if (i == load.lines.size()) return Difference{load.lines.back().number, "", expected};
-    const DeviceLogLine& line = load.lines[i];
-    if (line.message.text != expected) return Difference{line.number, line.message.text, expected};
+// Where the log and the load of the tree differ first; null where they do not. A side that has
+// ended has no text. The first line, with the library's version, is not compared.
+Json::Value firstDifference(const LoggedLoad& load, const std::vector<LogLine>& tree) {
+  Json::Value json;
+  for (size_t i = 1; i < tree.size() && json.isNull(); ++i) {
+    const bool ended = i == load.lines.size();
+    const DeviceLogLine& line = load.lines[ended ? i - 1 : i];
+    const std::string text = ended ? "" : line.message.text;
+    if (text == tree[i].text) continue;
+    json["log_line"] = line.number;
+    json["log"] = text;
+    json["tree"] = tree[i].text;
   }
-  return std::nullopt;
+  return json;
 }
 
 // The raw format has no priorities: an error is what the load of the tree logs as one.
@@ -143,69 +122,54 @@ bool isError(const LogLine& message, const std::vector<LogLine>& tree) {
   });
 }
 
-Report reportOn(const Options& options) {
-  const std::string log = readInput(options.device_log, kLargestLog);
+Json::Value reportOn(const Options& options) {
+  const std::string log = readInput(options.device_log);
   const Tree tree(options.root, options, OpenRedirect::Opens::NoSpecialFiles);
-  Report report{lastLoadIn(log), {}, {}, {}};
-  setDeviceProperties(report.load.country, report.load.path_file);
-  const std::vector<LogLine> expected = expectedLines(report.load);
-  report.difference = firstDifference(report.load, expected);
-  // Lines after the load are the process's other messages.
-  if (!report.difference.has_value()) report.load.lines.resize(expected.size());
+  LoggedLoad load = lastLoadIn(log);
+  setDeviceProperties(load.country, load.path_file);
+  const std::vector<LogLine> expected = expectedLines(load);
   const LogCapture quiet;
-  report.trace = traceLoad(report.load.country);
-  for (const DeviceLogLine& line : report.load.lines) {
+  const LoadTrace trace = LoadTracer().trace(load.country);
+  Json::Value report;
+  report["country"] = countryWord(trace.country);
+  report["path_file"] = load.path_file;
+  report["log_line"] = load.lines.front().number;
+  report["valid"] = trace.block.has_value();
+  report["errors"] = Json::arrayValue;
+  const Json::Value difference = firstDifference(load, expected);
+  if (!difference.isNull()) report["difference"] = difference;
+  // Lines after the load are the process's other messages.
+  if (difference.isNull()) load.lines.resize(expected.size());
+  for (const DeviceLogLine& line : load.lines) {
     if (!isError(line.message, expected)) continue;
-    report.errors.push_back({line, Causes(report.trace, line.message.text).found()});
+    Json::Value& error = report["errors"].append({});
+    error["log_line"] = line.number;
+    error["message"] = line.message.text;
+    error["causes"] = Causes(trace, line.message.text).found();
   }
   return report;
 }
 
-std::string asText(const Report& report, const Paint& paint) {
-  std::string out = countryTitle(report.load.country) + ", load in line " +
-                    std::to_string(report.load.lines.front().number) + " of the log\n";
-  for (const LoggedError& error : report.errors) {
-    out += paint.red("E " + printable(error.line.message.text)) + "\n";
-    for (const Cause& cause : error.causes) {
-      const std::string place =
-          cause.path.empty() ? "" : cause.path + ":" + std::to_string(cause.line) + ": ";
-      out += "    " + printable(place + cause.text) + (cause.not_read ? "  (not read)\n" : "\n");
+std::string asText(const Json::Value& report, const Paint& paint) {
+  const auto shown = [](const Json::Value& text) { return printable(text.asString()); };
+  std::string out = countryTitle(countryCalled(report["country"].asString())) + ", load in line " +
+                    shown(report["log_line"]) + " of the log\n";
+  for (const Json::Value& error : report["errors"]) {
+    out += paint.red("E " + shown(error["message"])) + "\n";
+    for (const Json::Value& cause : error["causes"]) {
+      const std::string path = shown(cause["path"]);
+      out += "    " + (path.empty() ? "" : path + ":" + shown(cause["line"]) + ": ") +
+             shown(cause["text"]) + (cause["not_read"].asBool() ? "  (not read)\n" : "\n");
     }
   }
-  if (!report.difference.has_value()) return out + "the load of the tree logs the same\n";
-  const auto side = [](const std::string& text) {
-    return text.empty() ? "(nothing more)" : printable(text);
+  const Json::Value& difference = report["difference"];
+  if (difference.isNull()) return out + "the load of the tree logs the same\n";
+  const auto side = [&](const char* name) {
+    return difference[name] == "" ? "(nothing more)" : shown(difference[name]);
   };
-  const Difference& difference = *report.difference;
   return out + "the tree is not the device's: its load differs from line " +
-         std::to_string(difference.line) + " of the log on\n" +
-         paint.red("- " + side(difference.log)) + "\n" + paint.green("+ " + side(difference.tree)) +
-         "\n";
-}
-
-JsonMembers jsonOf(const Report& report) {
-  std::vector<JsonValue> errors;
-  for (const LoggedError& error : report.errors) {
-    std::vector<JsonValue> causes;
-    for (const Cause& cause : error.causes) {
-      causes.emplace_back(JsonMembers{{"path", cause.path},
-                                      {"line", cause.line},
-                                      {"text", cause.text},
-                                      {"not_read", cause.not_read}});
-    }
-    errors.emplace_back(JsonMembers{
-        {"log_line", error.line.number}, {"message", error.line.message.text}, {"causes", causes}});
-  }
-  JsonMembers json = {{"country", report.trace.country},
-                      {"path_file", report.load.path_file},
-                      {"valid", report.trace.block.has_value()},
-                      {"errors", errors}};
-  if (report.difference.has_value()) {
-    json.emplace_back("difference", JsonMembers{{"log_line", report.difference->line},
-                                                {"log", report.difference->log},
-                                                {"tree", report.difference->tree}});
-  }
-  return json;
+         shown(difference["log_line"]) + " of the log on\n" + paint.red("- " + side("log")) + "\n" +
+         paint.green("+ " + side("tree")) + "\n";
 }
 
 }  // namespace
@@ -214,9 +178,9 @@ Outcome explainDeviceLog(const Options& options, const Paint& paint) {
   if (options.country.has_value() || !options.path_file.empty() || !options.operands.empty()) {
     throw std::runtime_error("--device-log has the country and the path file, and shows no names");
   }
-  const Report report = reportOn(options);
-  const bool good = report.trace.block.has_value() && !report.difference.has_value();
+  const Json::Value report = reportOn(options);
+  const bool good = report["valid"].asBool() && !report.isMember("difference");
   return {good ? kGood : kFindings,
-          options.format == "json" ? documentOf(jsonOf(report)) : asText(report, paint),
+          options.format == "json" ? documentOf(report) : asText(report, paint),
           {}};
 }

@@ -1,130 +1,242 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <algorithm>
+#include <sys/ioctl.h>
+#include <unistd.h>
 
+#include <algorithm>
+#include <map>
+#include <stdexcept>
+#include <utility>
+
+#include "tools/block/reader.h"
 #include "tools/block/view.h"
-#include "tools/command/tree.h"
+#include "tools/command/tree_state.h"
+#include "tools/page/page.h"
 #include "tools/trace/countries.h"
 
 namespace {
 
-struct Row : TreeLoad {
-  std::string title;
+using Fields = std::vector<const BlockField*>;
+
+struct Row {
+  Bytes block;
+  bool is_default;
+  std::vector<std::string> countries;
 };
 
-std::vector<Row> rowsOf(const Options& options) {
-  const DeviceLibrary library(options.library);
-  const Tree tree(options.root, options, OpenRedirect::Opens::NoSpecialFiles);
-  LoadTracer tracer;
+std::vector<Row> rowsOf(const Json::Value& state) {
   std::vector<Row> rows;
-  for (const std::string& country : countriesToLoad(options.countries)) {
-    rows.push_back({loadTree(country, options, library, tracer), countryName(country)});
+  for (const Json::Value& block : state["blocks"]) {
+    rows.push_back({readBlock(block["bytes"].asString()), block["is_default"].asBool(),
+                    namesOf(block["countries"])});
   }
   return rows;
 }
 
-// The block of any other country; empty where it is not loaded, or gives none.
-Bytes usualBlock(const std::vector<Row>& rows) {
-  for (const Row& row : rows) {
-    if (row.trace.country == kOtherCountry) return row.block;
-  }
-  return {};
-}
-
-std::vector<std::string> differencesFromDefault(const Row& row, const std::vector<Row>& rows) {
+const BlockField* fieldCalled(const std::string& name) {
   std::vector<std::string> names;
-  const Bytes usual = usualBlock(rows);
-  if (row.block.empty() || usual.empty()) return names;
-  for (const BlockField* field : differingFields(row.block, usual)) {
-    if (field->kind != FieldKind::Crc) names.emplace_back(field->name);
+  for (const BlockField& field : kBlockFields) {
+    if (field.name == name) return &field;
+    names.emplace_back(field.name);
   }
-  return names;
+  throw std::runtime_error("no field has the name '" + name + "'" + suggestion(name, names));
 }
 
-std::vector<std::string> fallbacksOf(const Row& row) {
-  std::vector<std::string> fallbacks;
-  if (!row.trace.decided) return fallbacks;
-  for (const TracedEntry& entry : row.trace.deciding().entries) {
-    if (entry.fellBack()) fallbacks.push_back(entry.fallback->path);
+// Those that are asked for; none without the option.
+Fields chosenFields(const Options& options) {
+  if (!options.fields.has_value()) return {};
+  if (options.format == "json" || options.format == "html") {
+    throw std::runtime_error("--fields is for text and csv; " + options.format + " has all fields");
   }
-  return fallbacks;
+  Fields fields;
+  for (const std::string& name : wordsIn(*options.fields)) fields.push_back(fieldCalled(name));
+  if (fields.empty())
+    throw std::runtime_error("--fields names no field: '" + *options.fields + "'");
+  return fields;
 }
 
-std::string crcText(const Row& row) {
-  return row.block.empty() ? "-" : valueOf(row.block, fieldAt(0));
-}
-
-std::string resultText(const Row& row) {
-  return row.block.empty() ? "none" : "block";
-}
-
-std::string differenceText(const Row& row, const std::vector<Row>& rows) {
-  if (row.block.empty()) return printable(problemOf(row.trace));
-  if (usualBlock(rows).empty()) return "the default has no block";
-  const std::vector<std::string> names = differencesFromDefault(row, rows);
-  return names.empty() ? "as the default" : joined(names, ", ");
-}
-
-std::string filesText(const Row& row, const Paint& paint) {
-  std::string out;
-  if (!row.trace.decided) return out;
-  for (const TracedEntry& entry : row.trace.deciding().entries) {
-    if (!entry.file.has_value()) continue;
-    // A country's file that exists and was not read is more than a missing one.
-    const bool unusable = entry.fellBack() && entry.own.kind != FileKind::Missing;
-    const std::string why = unusable ? ": " + printable(problemOf(entry.own)) : "";
-    out += "    " + printable(entry.last().path) +
-           (entry.fellBack() ? paint.cyan("  (fallback" + why + ")") : "") + "\n";
+// All that a text sets.
+Fields allFields() {
+  Fields fields;
+  for (const BlockField& field : kBlockFields) {
+    const bool is_set = field.kind != FieldKind::Crc && field.kind != FieldKind::Reserved;
+    if (is_set) fields.push_back(&field);
   }
-  return out;
+  return fields;
 }
 
-std::string asText(const std::vector<Row>& rows, const Paint& paint) {
-  size_t width = widthOf("country");
-  for (const Row& row : rows) width = std::max(width, widthOf(row.title));
-  std::string out =
-      paint.bold(padded("country", width) + "  result  CRC     differs from default in") + "\n";
+bool differs(const BlockField& field, const std::vector<Row>& rows) {
+  return std::any_of(rows.begin(), rows.end(), [&](const Row& row) {
+    return bytesOf(row.block, field) != bytesOf(rows.front().block, field);
+  });
+}
+
+// The title, and a cell for each row.
+using Column = std::vector<std::string>;
+
+// A table in pieces that fit into the width. Each begins with the first column.
+class Table {
+ public:
+  Table(Column first, size_t width, const Paint& paint)
+      : first_(std::move(first)), width_(width), paint_(paint), rows_(first_) {}
+
+  void add(const Column& column) {
+    makeRoomFor(widthOf(column));
+    append(column);
+  }
+
+  // The last column, of lists that may be broken.
+  void addLists(const std::string& title, const std::vector<std::vector<std::string>>& lists) {
+    constexpr size_t kLeast = 30;
+    makeRoomFor(kLeast);
+    Column column = {title};
+    for (const auto& list : lists) column.push_back(wrapped(list, used(), width_));
+    append(column);
+  }
+
+  std::string text() const {
+    std::string out = done_ + paint_.bold(rows_[0]) + "\n";
+    for (size_t i = 1; i < rows_.size(); ++i) out += rows_[i] + "\n";
+    return out;
+  }
+
+ private:
+  static size_t widthOf(const Column& column) {
+    size_t width = 0;
+    for (const std::string& cell : column) width = std::max(width, ::widthOf(cell));
+    return width;
+  }
+
+  // Where the next column begins.
+  size_t used() const { return widthOf(rows_) + 2; }
+
+  void append(const Column& column) {
+    const size_t begin = used();
+    for (size_t i = 0; i < column.size(); ++i) rows_[i] = padded(rows_[i], begin) + column[i];
+  }
+
+  void makeRoomFor(size_t width) {
+    if (used() + width <= width_ || rows_ == first_) return;
+    done_ = text() + "\n";
+    rows_ = first_;
+  }
+
+  const Column first_;
+  const size_t width_;
+  const Paint& paint_;
+  std::vector<std::string> rows_;  // Of the piece that is being made.
+  std::string done_;
+};
+
+std::string tableText(const std::vector<Row>& rows, const Fields& fields, size_t width,
+                      const Paint& paint) {
+  Column crc = {"CRC"};
+  std::vector<std::vector<std::string>> countries;
   for (const Row& row : rows) {
-    const std::string result = padded(resultText(row), 6);
-    out += padded(row.title, width) + "  " + (row.block.empty() ? paint.red(result) : result) +
-           "  " + padded(crcText(row), 6) + "  " + differenceText(row, rows) + "\n" +
-           filesText(row, paint);
+    crc.push_back(valueOf(row.block, fieldAt(0)) + (row.is_default ? " default" : ""));
+    countries.push_back(row.countries);
+  }
+  Table table(crc, width, paint);
+  for (const BlockField* field : fields) {
+    Column column = {field->name};
+    for (const Row& row : rows) column.push_back(comparedValueOf(row.block, *field));
+    table.add(column);
+  }
+  table.addLists("countries", countries);
+  return table.text();
+}
+
+// The fields that are asked for; else those that differ, and after them what all blocks share.
+std::string blocksText(const std::vector<Row>& rows, Fields shown, size_t width,
+                       const Paint& paint) {
+  std::vector<std::string> shared;
+  for (const BlockField* field : shown.empty() ? allFields() : Fields()) {
+    if (differs(*field, rows)) {
+      shown.push_back(field);
+    } else {
+      shared.push_back(field->name + (" " + comparedValueOf(rows[0].block, *field)));
+    }
+  }
+  std::string out = tableText(rows, shown, width, paint);
+  if (!shared.empty()) {
+    out += "\n" + paint.bold("the same in all:") + "\n    " + wrapped(shared, 4, width) + "\n";
   }
   return out;
 }
 
-std::vector<std::string> pathsOf(const Row& row) {
-  std::vector<std::string> paths;
-  for (const auto& file : row.trace.files) paths.push_back(file->path);
-  return paths;
-}
-
-JsonValue rowJson(const Row& row, const std::vector<Row>& rows) {
-  JsonMembers json = {{"country", countryWord(row.trace.country)},
-                      {"valid", !row.block.empty()},
-                      {"files", pathsOf(row)},
-                      {"fallbacks", fallbacksOf(row)}};
-  if (row.block.empty()) {
-    json.emplace_back("problem", row.trace.problem);
-  } else {
-    json.emplace_back("crc", numberIn(row.block, fieldAt(0)));
-    json.emplace_back("differs_from_default", differencesFromDefault(row, rows));
+// Each reason once, with its loads.
+std::string withoutBlockText(const Json::Value& state, size_t width, const Paint& paint) {
+  std::map<std::string, Json::Value> reasons;
+  for (const Json::Value& load : state["countries"]) {
+    if (!load["valid"].asBool()) reasons[printable(reasonOf(load))].append(load["country"]);
   }
-  return json;
+  std::string out;
+  for (const auto& [reason, countries] : reasons) {
+    out +=
+        paint.red("no block: ") + wrapped(namesOf(countries), 10, width) + "\n    " + reason + "\n";
+  }
+  return out;
 }
 
-std::string asJson(const std::vector<Row>& rows) {
-  std::vector<JsonValue> countries;
-  countries.reserve(rows.size());
-  for (const Row& row : rows) countries.push_back(rowJson(row, rows));
-  return documentOf({{"countries", countries}});
+// 80 columns where there is no terminal, or one that does not know its size.
+size_t lineWidth(const Options& options) {
+  struct winsize size {};
+  if (options.to_terminal) ioctl(STDOUT_FILENO, TIOCGWINSZ, &size);
+  return size.ws_col > 0 ? size.ws_col : 80;
+}
+
+std::string asText(const Json::Value& state, const Options& options, const Fields& fields,
+                   const Paint& paint) {
+  const std::vector<Row> rows = rowsOf(state);
+  const size_t width = lineWidth(options);
+  std::string out = rows.empty() ? "" : blocksText(rows, fields, width, paint);
+  const std::string without = withoutBlockText(state, width, paint);
+  if (!out.empty() && !without.empty()) out += "\n";
+  return out + without;
+}
+
+std::string csvCell(const std::string& text) {
+  if (text.find_first_of(",\"") == text.npos) return text;
+  return "\"" + android::base::StringReplace(text, "\"", "\"\"", true) + "\"";
+}
+
+// A row for each load. A printable text has no line feed.
+std::string asCsv(const Json::Value& state, Fields fields) {
+  if (fields.empty()) fields = allFields();
+  std::string out = "country,crc";
+  for (const BlockField* field : fields) out += std::string(",") + field->name;
+  out += ",problem\n";
+  fields.insert(fields.begin(), &fieldAt(0));
+  for (const Json::Value& load : state["countries"]) {
+    const Bytes block = blockOf(state, load);
+    out += csvCell(printable(load["country"].asString()));
+    for (const BlockField* field : fields) {
+      out += "," + (block.empty() ? "" : comparedValueOf(block, *field));
+    }
+    out += "," + csvCell(printable(reasonOf(load))) + "\n";
+  }
+  return out;
+}
+
+std::string formatted(const Json::Value& state, const Options& options, const Fields& fields,
+                      const Tree& tree, const Paint& paint) {
+  if (options.format == "json") return documentOf(state);
+  if (options.format == "csv") return asCsv(state, fields);
+  if (options.format == "html") {
+    return pageOf(options.root, state, lintJson(options, tree.root()));
+  }
+  return asText(state, options, fields, paint);
 }
 
 }  // namespace
 
 Outcome matrix(const Options& options, const Paint& paint) {
-  const std::vector<Row> rows = rowsOf(options);
-  const bool all_valid =
-      std::none_of(rows.begin(), rows.end(), [](const Row& row) { return row.block.empty(); });
-  const int status = all_valid ? kGood : kFindings;
-  return {status, options.format == "json" ? asJson(rows) : asText(rows, paint), {}};
+  const Fields fields = chosenFields(options);
+  const DeviceLibrary library(options.library);
+  const Tree tree(options.root, options, OpenRedirect::Opens::NoSpecialFiles);
+  const Json::Value state = stateOf(countriesToLoad(options.countries), options, library);
+  int status = kGood;
+  for (const Json::Value& load : state["countries"]) {
+    if (!load["valid"].asBool()) status = kFindings;
+  }
+  return {status, formatted(state, options, fields, tree, paint), {}};
 }

@@ -2,50 +2,46 @@
 #pragma once
 
 #include <string>
-#include <variant>
 #include <vector>
 
 #include "tools/command/command.h"
 
-// The tables of the command line: subcommands and their options. Parsing, help and completion are
-// made from them.
+// The subcommands and their options. Parsing, help and completion are made from these tables.
 
 struct Subcommand {
-  const char* name;
+  std::string name;
   unsigned mask;  // Its bit in Option::subcommands.
   Outcome (*run)(const Options&, const Paint&);
-  const char* summary;
-  const char* formats;   // Separated by commas,
-  const char* operands;  // and these too.
-  const char* examples;
+  std::string summary;
+  std::string formats;   // Separated by commas.
+  std::string operands;  // Separated by blanks; in brackets for any number of names.
+  std::string examples;
 };
-
-// The kind of an option's value.
-enum class Value { None, Text, File, Folder, Format, Color, Rule, RulePath, Severity, Number };
 
 struct Option {
-  const char* name;
-  char letter;  // 0 for an option without a short form.
-  Value value;
-  // The member of Options that the option sets; a list gets one more element each time.
-  std::variant<bool Options::*, unsigned Options::*, std::string Options::*,
-               std::optional<std::string> Options::*, std::vector<std::string> Options::*>
-      target;
+  std::string name;
+  char letter;        // 0 for an option without a short form.
+  std::string value;  // What the help calls it; empty for none.
+  // Sets the member of Options, where a list gets one more element each time; false for a value
+  // that is no number where one is wanted.
+  bool (*set)(Options& options, const std::string& value);
   unsigned subcommands;
-  const char* help;
+  std::string help;  // Empty where the choices say all.
 };
 
-const std::vector<Subcommand>& subcommands();
+constexpr unsigned kLargestNumber = 1U << 20;
 
 // The subcommand of this name; null when there is none.
 const Subcommand* subcommandCalled(const std::string& name);
+std::vector<std::string> subcommandNames();
+
+// Whether its operands are any number of names of fields and parameters.
+inline bool takesNames(const Subcommand& subcommand) {
+  return StartsWith(subcommand.operands, '[');
+}
 
 // The options of the subcommand, in the order of the help.
 std::vector<Option> optionsOf(const Subcommand& subcommand);
-
-// The names of the arguments that the subcommand needs, and whether it takes any number of names.
-std::vector<std::string> operandsOf(const Subcommand& subcommand);
-bool takesNames(const Subcommand& subcommand);
 
 // The values that the option accepts; none when it accepts any text.
 std::vector<std::string> choicesOf(const Option& option, const Subcommand& subcommand);

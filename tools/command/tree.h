@@ -14,7 +14,6 @@ class Tree {
   // Throws std::runtime_error, one line, when the tree cannot be used or lacks the path file.
   Tree(const std::string& root, const Options& options,
        OpenRedirect::Opens opens = OpenRedirect::Opens::AllFiles);
-  ~Tree();
 
   const TargetRoot& root() const { return root_; }
 
@@ -23,18 +22,8 @@ class Tree {
   const OpenRedirect redirect_;
 };
 
-// One load of a tree.
-struct TreeLoad {
-  Bytes block;  // As the shared library writes it; empty without a valid calibration.
-  LoadTrace trace;
-};
-
-// Loads the Tree that exists, with this country code.
-TreeLoad loadTree(const std::string& country, const Options& options, const DeviceLibrary& library,
-                  LoadTracer& tracer);
-
-// Why the load has no block, with the keys that are missing.
-std::string problemOf(const LoadTrace& trace);
+// What lint finds in the Tree that exists, as its JSON.
+Json::Value lintJson(const Options& options, const TargetRoot& root);
 
 // {path, line, text}
-JsonValue lineJson(const LoadTrace& trace, const LineRef& ref);
+Json::Value lineJson(const LoadTrace& trace, const LineRef& ref);

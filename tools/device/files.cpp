@@ -1,39 +1,42 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tools/device/files.h"
 
+#include <android-base/unique_fd.h>
 #include <dirent.h>
 #include <fcntl.h>
 
 #include <climits>
 #include <memory>
 
-#include "tools/device/descriptor.h"
+using android::base::unique_fd;
 
 std::optional<struct stat> statusOf(const std::string& path) {
-  const Descriptor file(open(path.c_str(), O_PATH | O_CLOEXEC));
+  const unique_fd file(open(path.c_str(), O_PATH | O_CLOEXEC));
+  if (!file.ok()) return std::nullopt;
   struct stat status {};
-  if (!file.isOpen() || fstat(file.number(), &status) != 0) return std::nullopt;
+  fstat(file, &status);
   return status;
 }
 
 bool isSpecial(const struct stat& status) {
-  return !S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode) && !S_ISLNK(status.st_mode);
+  return !S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode);
 }
 
 std::string linkAt(const std::string& path) {
-  const Descriptor link(open(path.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC));
+  const unique_fd link(open(path.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC));
   char target[PATH_MAX];
-  const ssize_t length = readlinkat(link.number(), "", target, sizeof(target));
+  const ssize_t length = readlinkat(link, "", target, sizeof(target));
   return length < 0 ? std::string() : std::string(target, static_cast<size_t>(length));
 }
 
 bool canBeOpened(const std::string& path) {
-  return Descriptor(open(path.c_str(), O_RDONLY | O_CLOEXEC)).isOpen();
+  return unique_fd(open(path.c_str(), O_RDONLY | O_CLOEXEC)).ok();
 }
 
 std::vector<std::string> namesIn(const std::string& directory) {
   std::vector<std::string> names;
-  const int file = open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  const char* const path = directory.empty() ? "." : directory.c_str();
+  const int file = open(path, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   const std::unique_ptr<DIR, int (*)(DIR*)> stream(file < 0 ? nullptr : fdopendir(file), closedir);
   if (stream == nullptr) return names;
   while (const dirent* const entry = readdir(stream.get())) {

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "tools/device/open_in_root.h"
-
 #include <linux/openat2.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
 #include <cerrno>
+
+#include "tools/device/target_root.h"
 
 int openInRoot(int root, const char* path, int flags, Leaving leaving) {
   open_how how{};

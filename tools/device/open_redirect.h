@@ -9,7 +9,7 @@
 // itself are not changed.
 class OpenRedirect {
  public:
-  // Who only looks opens no pipe, socket or device, where a load may wait or read without end.
+  // NoSpecialFiles: a pipe, a socket or a device cannot be opened. Reading one may never end.
   enum class Opens { AllFiles, NoSpecialFiles };
 
   explicit OpenRedirect(const TargetRoot& root, Opens opens = Opens::AllFiles);

@@ -9,55 +9,50 @@
 #include <filesystem>
 #include <stdexcept>
 
-#include "tools/device/open_in_root.h"
-
 namespace {
 
 constexpr int kDirectory = O_PATH | O_DIRECTORY | O_CLOEXEC;
 constexpr int kNone = -1;
 
-// A kernel without the call answers ENOSYS, a container that forbids it EPERM.
-bool isRefused(int reason) {
-  return reason == ENOSYS || reason == EPERM;
-}
-
 void require(int file, const std::string& purpose) {
   if (file >= 0) return;
   const int reason = errno;
+  // A kernel without the call answers ENOSYS, a container that forbids it EPERM.
+  const bool refused = reason == ENOSYS || reason == EPERM;
   throw std::runtime_error("cannot " + purpose + ": " +
-                           (isRefused(reason) ? "the system call openat2 is refused: " : "") +
+                           (refused ? "the system call openat2 is refused: " : "") +
                            std::strerror(reason));
 }
 
-int failWith(int reason) {
-  errno = reason;
-  return -1;
+// The path without repeated slashes, "." and "..".
+std::string normal(const std::string& path) {
+  return std::filesystem::path(path).lexically_normal().string();
 }
 
 }  // namespace
 
 PathMap::PathMap(const std::string& text)
-    : device_(text.substr(0, text.find('='))),
+    : device_(normal(text.substr(0, text.find('=')))),
       host_(text.substr(std::min(text.find('=') + 1, text.size()))),
       folder_(openat(AT_FDCWD, host_.c_str(), kDirectory)) {
-  if (device_[0] != '/' || device_ == text) {
-    throw std::runtime_error("--map takes /PATH=FOLDER, not '" + text + "'");
+  if (device_[0] != '/' || text.find('=') == text.npos) {
+    throw std::runtime_error("--map takes /PATH=DIR, not '" + text + "'");
   }
-  require(folder_.number(), "use " + host_ + " for --map");
+  require(folder_, "use " + host_ + " for --map");
 }
 
 std::optional<std::string> PathMap::below(const std::string& path) const {
   if (path.empty()) return std::nullopt;
-  const std::string normal = std::filesystem::path("/" + path).lexically_normal().string();
-  if (normal.compare(0, device_.size(), device_) != 0) return std::nullopt;
-  const std::string rest = normal.substr(device_.size());
+  const std::string absolute = normal("/" + path);
+  if (absolute.compare(0, device_.size(), device_) != 0) return std::nullopt;
+  const std::string rest = absolute.substr(device_.size());
   if (!rest.empty() && rest[0] != '/' && device_.back() != '/') return std::nullopt;
   return rest.substr(std::min(rest.find_first_not_of('/'), rest.size()));
 }
 
 int PathMap::open(const std::string& below, int flags) const {
   const char* const path = below.empty() ? "." : below.c_str();
-  return openInRoot(folder_.number(), path, flags, Leaving::Fails);
+  return openInRoot(folder_, path, flags, Leaving::Fails);
 }
 
 TargetRoot::TargetRoot(const std::string& directory, const std::string& working_directory,
@@ -67,9 +62,10 @@ TargetRoot::TargetRoot(const std::string& directory, const std::string& working_
       relative_to_(working_directory == "/" ? "" : working_directory + "/") {
   for (const std::string& map : maps) maps_.emplace_back(map);
   if (directory.empty()) return;
-  require(directory_.number(), "make " + directory + " the root");
-  const Descriptor start(openInRoot(directory_.number(), working_directory.c_str(), kDirectory));
-  require(start.number(), "make " + directory + " the root");
+  require(directory_, "make " + directory + " the root");
+  const android::base::unique_fd start(
+      openInRoot(directory_, working_directory.c_str(), kDirectory));
+  require(start, "make " + directory + " the root");
 }
 
 std::string TargetRoot::hostPath(const std::string& path) const {
@@ -77,18 +73,18 @@ std::string TargetRoot::hostPath(const std::string& path) const {
     if (const auto below = map.below(path)) return map.hostPath(*below);
   }
   if (name_.empty()) return path;
-  return name_.substr(0, name_.find_last_not_of('/') + 1) + "/" +
-         path.substr(std::min(path.find_first_not_of("./"), path.size()));
+  return name_.substr(0, name_.find_last_not_of('/') + 1) + normal("/" + path);
 }
 
 int TargetRoot::open(const std::string& path, int flags) const {
   for (const PathMap& map : maps_) {
     if (const auto below = map.below(path)) return map.open(*below, flags);
   }
-  if (!directory_.isOpen()) {
-    return maps_.empty() ? openat(AT_FDCWD, path.c_str(), flags) : failWith(ENOENT);
+  if (!directory_.ok()) {
+    errno = ENOENT;
+    return maps_.empty() ? openat(AT_FDCWD, path.c_str(), flags) : kNone;
   }
   const bool is_relative = !path.empty() && path[0] != '/';
   const std::string from_root = is_relative ? relative_to_ + path : path;
-  return openInRoot(directory_.number(), from_root.c_str(), flags);
+  return openInRoot(directory_, from_root.c_str(), flags);
 }

@@ -1,12 +1,19 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <android-base/unique_fd.h>
+
 #include <list>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "tools/device/descriptor.h"
+// What becomes of a link, or of "..", that leads out of the root.
+enum class Leaving { StaysInside, Fails };
+
+// As open(2), with the directory of the descriptor `root` as the root and the working directory.
+// For flags that create no file. A link that leads out stays inside or fails with EXDEV.
+int openInRoot(int root, const char* path, int flags, Leaving leaving = Leaving::StaysInside);
 
 // A folder of the host in place of one of the target: "/vendor/etc=device/acme/uwb".
 class PathMap {
@@ -22,7 +29,7 @@ class PathMap {
  private:
   const std::string device_;
   const std::string host_;
-  const Descriptor folder_;
+  const android::base::unique_fd folder_;
 };
 
 // A target's file tree. Absolute paths, absolute links and links that climb stay inside it. Needs
@@ -44,6 +51,6 @@ class TargetRoot {
  private:
   std::list<PathMap> maps_;
   const std::string name_;
-  const Descriptor directory_;
+  const android::base::unique_fd directory_;
   const std::string relative_to_;  // What relative paths are appended to.
 };

@@ -7,42 +7,43 @@
 #include <vector>
 
 #include "tools/lint/findings.h"
+#include "tools/lint/key_hints.h"
 #include "tools/trace/load_trace.h"
 
-// The rules. Each looks at one load, or at one file of a load, and adds what it finds.
+// What all rules find in these loads, which have been traced in the tree that is open.
+Findings findingsOf(const std::vector<LoadTrace>& traces);
+
+// The steps of that. Each looks at one load, or at one file of a load, and adds what it finds.
 
 // Lines of files, by path and number.
 using Lines = std::set<std::pair<std::string, size_t>>;
 
 // One file of a load, with the trees that take its lines.
 struct CheckedFile {
-  CheckedFile(const LoadTrace& load, size_t file_of_load, const Lines& taken_by_any)
-      : trace(load),
-        file(*load.files[file_of_load]),
-        taken(taken_by_any),
-        selection(selectionProbe()),
-        calibration(calibrationProbe(load.selection)) {}
-
-  bool takes(const std::string& line) const;
-  Place place(const TracedLine& line, size_t column = 1) const {
-    return {file.path, line.number, column, line.text};
-  }
-
   const LoadTrace& trace;
   const TracedFile& file;
-  const Lines& taken;  // The lines that set something in any load.
-  const SchemaProbe selection;
-  const SchemaProbe calibration;
+  const Lines& taken;  // The lines that name a parameter in any load.
+  Findings& findings;
+  const KeyHints hints = KeyHints(trace);
+  const SchemaProbe selection = selectionProbe();
+  const SchemaProbe calibration = calibrationProbe(trace.selection);
+
+  // The key of the parameter that the line names; empty when it names none.
+  std::string keyIn(const std::string& line) const;
+
+  // At the line's byte `at`.
+  void add(Rule rule, const TracedLine& line, size_t at, const std::string& message,
+           const std::vector<std::string>& explains = {}) const;
 };
 
 // Lines that set nothing: unknown keys, blanks in the way, text without '='.
-void checkLines(const CheckedFile& file, Findings& findings);
+void checkLines(const CheckedFile& file);
 
 // What stands after '=': numbers, their spelling and range, text after them.
-void checkValues(const CheckedFile& file, Findings& findings);
+void checkValues(const CheckedFile& file);
 
-// Bytes that are no text. `first_lost` is blamed on a byte order mark.
-void checkText(const std::string& path, const std::string& content, const std::string& first_lost,
+// Bytes that are no text. A byte order mark explains that no line sets `first_key`.
+void checkText(const std::string& path, const std::string& content, const std::string& first_key,
                Findings& findings);
 
 // What the lines make together: selectors, ports, values set twice.
@@ -51,22 +52,29 @@ void checkParameters(const LoadTrace& trace, Findings& findings);
 // The path files, their entries, and the files that these name.
 void checkPathFiles(const LoadTrace& trace, Findings& findings);
 
-// What is missing, and whether there is a block. To be called last: it names what the other checks
-// have found as the cause. A key that is missing in loads with different last files is looked for
-// at the path file.
-void checkOutcome(const LoadTrace& trace, const std::set<std::string>& missing_in_many,
-                  Findings& findings);
+// What is missing, and whether there is a block. What the checks above have found is the cause.
+void checkOutcome(const LoadTrace& trace, size_t load, Findings& findings);
 
 // Files that no load reads, and that lie beside one that a load asks for under a similar name.
 void checkUnreadFiles(const std::vector<LoadTrace>& traces, Findings& findings);
 
-bool hasByteOrderMark(const std::string& text);
+// What they share.
+
+constexpr char kBlanks[] = " \t\v\f\r";
+
+// The place at byte `at` of a line or an entry that was traced.
+template <typename Line>
+Place placeIn(const std::string& path, const Line& line, size_t at = 0) {
+  return {path, line.number, at + 1, line.text};
+}
+
+// Where the first character from `at` on stands that is no blank; the text's size if there is none.
+size_t afterBlanks(const std::string& text, size_t at);
 
 // Whether a comment begins at the first character of `text` that is no blank.
 bool beginsComment(const std::string& text);
 
+bool hasByteOrderMark(const std::string& text);
+
 // A message stays short even if a key or a value is very long.
 std::string shortened(const std::string& word);
-
-// The number of blanks from `at` on.
-size_t blanksAt(const std::string& text, size_t at);

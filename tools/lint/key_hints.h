@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <map>
 #include <string>
 #include <vector>
 
@@ -8,8 +9,8 @@
 
 // What was probably meant by a key that no parameter of the load has.
 struct KeyHint {
-  std::string key;   // The parameter's key; empty when nothing is near, or several keys are.
-  std::string text;  // "; did you mean 'a.port'?"; empty when nothing is near.
+  std::vector<std::string> keys;  // One or two; none when nothing is near, or too many are.
+  std::string text;               // "; did you mean 'a.port'?"
 };
 
 class KeyHints {
@@ -19,15 +20,9 @@ class KeyHints {
   KeyHint hintFor(const std::string& key) const;
 
  private:
-  struct Key {
-    std::string text;
-    std::vector<std::string> parts;  // In small letters.
-  };
-
-  bool has(const std::string& key) const;
   KeyHint otherChannel(const std::string& key) const;
   std::vector<std::string> nearestTo(const std::string& key) const;
 
   const antenna_selection selection_;
-  std::vector<Key> keys_;
+  std::map<std::string, std::vector<std::string>> parts_;  // Of each key, in small letters.
 };

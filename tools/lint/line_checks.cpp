@@ -1,176 +1,121 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <algorithm>
+#include <cctype>
+#include <sstream>
 
+#include "grammar/line_reader.h"
 #include "tools/lint/checks.h"
-#include "tools/lint/key_hints.h"
 #include "tools/text/text.h"
 
 namespace {
 
-using Kind = LineEffect::Kind;
-
-constexpr char kBlanks[] = " \t\v\f\r";
-
-// A comment silences a rule for the next line: "# lint-ignore RULE".
-constexpr char kSilencer[] = "lint-ignore ";
+constexpr char kSilencer[] = "lint-ignore";
 
 std::string withoutBlanks(std::string text) {
-  text.erase(std::remove_if(text.begin(), text.end(),
-                            [](char c) {
-                              return c != '\0' && std::string(kBlanks).find(c) != std::string::npos;
-                            }),
+  text.erase(std::remove_if(text.begin(), text.end(), [](uint8_t c) { return std::isspace(c); }),
              text.end());
   return text;
 }
 
-bool isIgnored(const std::string& text) {
-  static const SchemaProbe probe = selectionProbe();
-  static std::map<std::string, bool> known;
-  const auto [at, is_new] = known.try_emplace(text);
-  if (is_new) at->second = probe.feed(text + "=1").kind == Kind::Comment;
-  return at->second;
+bool isCommentMark(const std::string& text) {
+  std::istringstream input(text + "=");
+  Line line;
+  LineReader(input).next(line);
+  return line.is_comment;
+}
+
+// "# lint-ignore RULE" silences a rule for the next line. Other comments may speak of lint-ignore.
+void checkComment(const CheckedFile& file, const TracedLine& line) {
+  const size_t begin = line.text.find_first_not_of("#;/ \t");
+  const size_t end = line.text.find_first_of(kBlanks, begin);
+  if (line.text.substr(std::min(begin, line.text.size()), end - begin) != kSilencer) return;
+  const size_t at = afterBlanks(line.text, end);
+  const std::string name = line.text.substr(at, line.text.find_first_of(kBlanks, at) - at);
+  if (const std::optional<Rule> rule = ruleCalled(name)) {
+    file.findings.silence(*rule, file.file.path, line.number + 1);
+    return;
+  }
+  const std::string list = name.empty() ? ": name a rule of those that lint --help lists"
+                                        : ": lint --help lists the rules";
+  file.add(Rule::UnknownRule, line, at,
+           "there is no rule '" + shortened(name) + "', so this comment silences nothing" +
+               suggestion(name, ruleNames(), list));
+}
+
+void checkUnassigned(const CheckedFile& file, const TracedLine& line) {
+  const size_t at = afterBlanks(line.text, 0);
+  if (at == line.text.size()) return;
+  const std::string word = line.text.substr(at, line.text.find_first_of(kBlanks, at) - at);
+  file.add(
+      Rule::NoEqual, line, at,
+      "this is neither an assignment nor a comment, so the line sets nothing: write KEY=VALUE, "
+      "or begin the line with '#'",
+      {file.keyIn(word + "=1")});
+}
+
+// An assignment that a comment mark before its '=' makes a comment.
+void checkMark(const CheckedFile& file, const TracedLine& line) {
+  size_t at = 1;
+  while (!beginsComment(line.text.substr(at))) ++at;
+  at = afterBlanks(line.text, at);
+  const std::string mark = line.text.substr(at, line.text[at] == '/' ? 2 : 1);
+  file.add(Rule::NoEqual, line, at,
+           "the mark '" + mark +
+               "' before '=' makes this line a comment: remove the mark, or begin the line with it",
+           {file.keyIn(withoutBlanks(line.text.substr(0, at)) + "=1")});
+}
+
+void checkKey(const CheckedFile& file, const TracedLine& line, const std::string& key) {
+  const size_t at = afterBlanks(line.text, 0);
+  const size_t dot = key.find('.');
+  if (file.taken.count({file.file.path, line.number}) > 0) {
+    file.add(Rule::OtherAntenna, line, at,
+             "antenna '" + shortened(key.substr(0, dot)) +
+                 "' serves no channel in this load, so the line sets nothing");
+    return;
+  }
+  const KeyHint hint = file.hints.hintFor(key);
+  // Without the antennas' names, a key that begins with one cannot be judged.
+  if (hint.keys.empty() && !file.trace.selected && dot != key.npos) return;
+  file.add(Rule::UnknownKey, line, at,
+           (key.empty() ? "there is no key before '='"
+                        : "no parameter has the key '" + shortened(key) + "'") +
+               ", so the line sets nothing" + hint.text,
+           hint.keys);
 }
 
 // An assignment that sets nothing.
-class DroppedLine {
- public:
-  DroppedLine(const CheckedFile& file, const KeyHints& hints, const TracedLine& line,
-              Findings& findings)
-      : file_(file),
-        hints_(hints),
-        line_(line),
-        text_(line.text),
-        equal_(text_.find('=')),
-        key_(withoutBlanks(text_.substr(0, equal_))),
-        findings_(findings) {}
-
-  void check() const {
-    if (key_ == text_.substr(0, equal_) || !file_.takes(key_ + text_.substr(equal_))) {
-      checkKey();
-      return;
-    }
-    checkLeadingBlank();
-    checkBlankBeforeEqual();
-    checkInnerBlank();
-  }
-
- private:
-  void add(Rule rule, size_t column, const std::string& message, const std::string& meant) const {
-    findings_.blame(meant, findings_.add(rule, file_.place(line_, column), message));
-  }
-
-  void checkKey() const {
-    const size_t column = blanksAt(text_, 0) + 1;
-    const size_t dot = key_.find('.');
-    if (file_.taken.count({file_.file.path, line_.number}) > 0) {
-      findings_.add(Rule::OtherAntenna, file_.place(line_, column),
-                    "antenna '" + shortened(key_.substr(0, dot)) +
-                        "' serves no channel here: the line sets nothing");
-      return;
-    }
-    const KeyHint hint = hints_.hintFor(key_);
-    // Without the antennas' names, a key that begins with one cannot be judged.
-    if (hint.text.empty() && !file_.trace.selected && dot != key_.npos) return;
-    const Findings::Id finding =
-        findings_.add(Rule::UnknownKey, file_.place(line_, column),
-                      "no parameter has the key '" + shortened(key_) + "'" + hint.text);
-    if (!hint.key.empty()) findings_.blame(hint.key, finding);
-  }
-
-  void checkLeadingBlank() const {
-    if (blanksAt(text_, 0) == 0) return;
-    add(Rule::LeadingBlank, 1, "a blank before the key: the line sets nothing; remove the blank",
-        key_);
-  }
-
-  void checkBlankBeforeEqual() const {
-    const size_t end = text_.find_last_not_of(kBlanks, equal_ - 1) + 1;
-    if (end == equal_) return;
-    add(Rule::BlankBeforeEqual, end + 1,
-        "a blank before '=': the line sets nothing; remove the blank", key_);
-  }
-
-  // If what follows the blank is a key, the blank comes after a mark; otherwise it splits the key.
-  void checkInnerBlank() const {
-    const size_t begin = blanksAt(text_, 0);
-    const size_t blank = text_.find_first_of(kBlanks, begin);
-    if (blank >= equal_ || blank + blanksAt(text_, blank) == equal_) return;
-    const std::string rest = withoutBlanks(text_.substr(blank, equal_ - blank));
-    if (file_.takes(rest + text_.substr(equal_))) {
-      add(Rule::BlankAfterCcc, blank + 1,
-          "a blank after " + shortened(text_.substr(begin, blank - begin)) +
-              ": the line sets nothing; remove the blank",
-          rest);
-    } else {
-      add(Rule::UnknownKey, blank + 1,
-          "a blank inside the key '" + shortened(key_) +
-              "': the line sets nothing; remove the blank",
-          key_);
-    }
-  }
-
-  const CheckedFile& file_;
-  const KeyHints& hints_;
-  const TracedLine& line_;
-  const std::string& text_;
-  const size_t equal_;
-  const std::string key_;
-  Findings& findings_;
-};
-
-void checkTextWithoutEqual(const CheckedFile& file, const TracedLine& line, Findings& findings) {
-  const std::string& text = line.text;
-  const size_t begin = blanksAt(text, 0);
-  if (begin == text.size()) return;
-  if (beginsComment(text)) {
-    const size_t silencer = text.find(kSilencer);
-    if (silencer == text.npos) return;
-    const std::string rule = text.substr(silencer + sizeof(kSilencer) - 1);
-    findings.silence(rule.substr(0, rule.find_first_of(kBlanks)), file.file.path, line.number + 1);
-    return;
-  }
-  const Findings::Id finding =
-      findings.add(Rule::NoEqual, file.place(line, begin + 1),
-                   "neither an assignment nor a comment: the line sets nothing; write KEY=VALUE");
-  const std::string word = text.substr(begin, text.find_first_of(kBlanks, begin) - begin);
-  if (file.takes(word + "=1")) findings.blame(word, finding);
+void checkAssignment(const CheckedFile& file, const TracedLine& line) {
+  const size_t equal = line.text.find('=');
+  const std::string key = withoutBlanks(line.text.substr(0, equal));
+  const std::string meant = key.size() == equal ? "" : file.keyIn(key + line.text.substr(equal));
+  if (meant.empty()) return checkKey(file, line, key);
+  file.add(Rule::BlankInKey, line, line.text.find_first_of(kBlanks),
+           "because of this blank the line does not set '" + meant +
+               "': remove all blanks before the '='",
+           {meant});
 }
 
 }  // namespace
 
-bool CheckedFile::takes(const std::string& line) const {
-  for (const SchemaProbe* probe : {&selection, &calibration}) {
-    const Kind kind = probe->feed(line).kind;
-    if (kind == Kind::Sets || kind == Kind::Fails) return true;
+void checkLines(const CheckedFile& file) {
+  for (const TracedLine& line : file.file.lines) {
+    if (line.parameter.has_value() || (line.number == 1 && hasByteOrderMark(line.text))) continue;
+    const bool has_equal = line.text.find('=') != line.text.npos;
+    if (beginsComment(line.text)) {
+      checkComment(file, line);
+    } else if (has_equal && line.effect.kind == LineEffect::Kind::Dropped) {
+      checkAssignment(file, line);
+    } else if (has_equal) {
+      checkMark(file, line);
+    } else {
+      checkUnassigned(file, line);
+    }
   }
-  return false;
 }
 
 bool beginsComment(const std::string& text) {
-  const std::string compact = withoutBlanks(text.substr(0, text.find('=')));
-  if (compact.empty()) return false;
-  if (isIgnored(compact.substr(0, 1))) return true;
-  return compact.size() > 1 && isIgnored(compact.substr(0, 2)) && !isIgnored(compact.substr(1, 1));
-}
-
-std::string shortened(const std::string& word) {
-  constexpr size_t kMost = 60;
-  return word.size() <= kMost ? word : word.substr(0, kMost) + "...";
-}
-
-size_t blanksAt(const std::string& text, size_t at) {
-  return std::min(text.find_first_not_of(kBlanks, at), text.size()) - std::min(at, text.size());
-}
-
-void checkLines(const CheckedFile& file, Findings& findings) {
-  const KeyHints hints(file.trace);
-  for (const TracedLine& line : file.file.lines) {
-    if (line.parameter.has_value() || (line.number == 1 && hasByteOrderMark(line.text))) continue;
-    const bool assignment = line.text.find('=') != line.text.npos;
-    if (assignment && line.effect.kind == Kind::Dropped) {
-      DroppedLine(file, hints, line, findings).check();
-    } else {
-      checkTextWithoutEqual(file, line, findings);
-    }
-  }
+  const std::string begin = withoutBlanks(text.substr(0, text.find('='))).substr(0, 2);
+  return isCommentMark(begin.substr(0, 1)) ||
+         (isCommentMark(begin) && !isCommentMark(begin.substr(1)));
 }

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <algorithm>
+#include <utility>
 
 #include "loader/calib_path.h"
 #include "loader/lib.h"
@@ -9,163 +10,183 @@
 
 namespace {
 
-constexpr char kBlanks[] = " \t\v\f";
-
-Place entryPlace(const TracedPathFile& file, const TracedEntry& entry, size_t column = 1) {
-  return {file.path, entry.number, column, entry.text};
-}
-
-bool hasPlaceholder(const std::string& path) {
-  return CalibPath::findCountryCodeComponent(path) != path.npos;
+size_t carriageReturnIn(const std::string& entry) {
+  return EndsWith(entry, '\r') ? entry.size() - 1 : entry.npos;
 }
 
 // Where something begins that is a comment in other kinds of files.
 size_t commentIn(const std::string& entry) {
   for (const char* mark : {"#", ";", "//"}) {
     const size_t at = entry.find(mark);
-    if (at == 0 || (at != entry.npos && std::string(kBlanks).find(entry[at - 1]) != entry.npos)) {
-      return at;
-    }
+    if (at == 0 || (at != entry.npos && entry.find_last_of(kBlanks, at) == at - 1)) return at;
   }
   return entry.npos;
 }
 
-using Id = std::optional<Findings::Id>;
-
-// Why the path of an entry names no file, where the path itself explains it.
-Id explainPath(const TracedPathFile& file, const TracedEntry& entry, Findings& findings) {
-  const std::string& text = entry.text;
-  const auto add = [&](Rule rule, size_t column, const std::string& message) {
-    return findings.add(rule, entryPlace(file, entry, column), message, entry.own.path);
-  };
-  const auto ends_in_return = [](const TracedEntry& e) {
-    return !e.text.empty() && e.text.back() == '\r';
-  };
-  if (ends_in_return(entry)) {
-    // A file has them at all lines: it is told once.
-    const auto first = std::find_if(file.entries.begin(), file.entries.end(), ends_in_return);
-    return findings.add(
-        Rule::PathCr, entryPlace(file, *first, first->text.size()),
-        "the carriage return is part of the path: end all lines with a line feed alone");
-  }
-  if (const size_t comment = commentIn(text); comment != text.npos) {
-    return add(Rule::PathComment, comment + 1,
-               "path files have no comments: the whole line is a path; remove it");
-  }
-  const size_t begin = text.find_first_not_of(kBlanks);
-  const size_t end = text.find_last_not_of(kBlanks);
-  if (begin == 0 && end == text.size() - 1) return std::nullopt;
-  return add(Rule::PathBlank, begin == 0 ? end + 2 : 1,
-             begin == text.npos ? "an empty line is an entry too: remove it"
-                                : "blanks are part of the path: remove them");
+size_t blankAroundIn(const std::string& entry) {
+  const size_t end = entry.find_last_not_of(kBlanks) + 1;
+  if (afterBlanks(entry, 0) > 0 || entry.empty()) return 0;
+  return end < entry.size() ? end : entry.npos;
 }
 
-Id explainPlaceholder(const TracedPathFile& file, const TracedEntry& entry, Findings& findings) {
-  if (entry.has_placeholder) return std::nullopt;
-  const std::string lowered = CalibPath::lowercase(entry.text);
-  if (hasPlaceholder(lowered)) {
-    const size_t at = CalibPath::findCountryCodeComponent(lowered);
-    return findings.add(Rule::PlaceholderCapitals, entryPlace(file, entry, at + 1),
-                        "in capitals this is part of the path: write <country>");
+size_t placeholderLikeIn(const std::string& entry) {
+  const bool has_placeholder = CalibPath::findCountryCodeComponent(entry) != entry.npos;
+  return has_placeholder ? entry.npos : entry.find_first_of("<>{}$%");
+}
+
+size_t secondPlaceholderIn(const std::string& entry) {
+  const size_t first = CalibPath::findCountryCodeComponent(entry);
+  if (first == entry.npos) return first;
+  const size_t second = CalibPath::findCountryCodeComponent(entry.substr(first + 1));
+  return second == entry.npos ? second : first + 1 + second;
+}
+
+std::string carriageReturnAdvice(const std::string& /*entry*/, size_t /*at*/) {
+  return "the carriage return is part of the path: end all lines with a line feed alone";
+}
+
+std::string secondPlaceholderAdvice(const std::string& /*entry*/, size_t /*at*/) {
+  return "only the first <country> is replaced, this one is part of the path: write it once";
+}
+
+std::string commentAdvice(const std::string& entry, size_t at) {
+  return std::string("path files have no comments, so the whole line is a path: remove the ") +
+         (at == afterBlanks(entry, 0) ? "line" : "comment");
+}
+
+std::string blankAdvice(const std::string& entry, size_t /*at*/) {
+  return entry.empty() ? "an empty line is a path too: remove the line"
+                       : "the blank is part of the path: remove it";
+}
+
+std::string placeholderAdvice(const std::string& entry, size_t at) {
+  const size_t close = entry.find_first_of(">}", at);
+  const size_t end = close == entry.npos ? entry.find_first_of("/.", at) : close + 1;
+  return "'" + entry.substr(at, end - at) +
+         "' is no placeholder but part of the path: write <country>";
+}
+
+// Why an entry names no file, where its text explains it: the first row that has a place in it.
+struct Reason {
+  Rule rule;
+  size_t (*place_in)(const std::string& entry);
+  std::string (*message)(const std::string& entry, size_t at);
+};
+
+constexpr Reason kReasons[] = {
+    {Rule::PathCr, carriageReturnIn, carriageReturnAdvice},
+    {Rule::PathComment, commentIn, commentAdvice},
+    {Rule::PathBlank, blankAroundIn, blankAdvice},
+    {Rule::Placeholder, placeholderLikeIn, placeholderAdvice},
+    {Rule::PlaceholderTwice, secondPlaceholderIn, secondPlaceholderAdvice},
+};
+
+// A file has carriage returns at all lines: they are told of once.
+const TracedEntry& toldFor(const Reason& reason, const TracedPathFile& file,
+                           const TracedEntry& entry) {
+  if (reason.rule != Rule::PathCr) return entry;
+  return *std::find_if(file.entries.begin(), file.entries.end(), [](const TracedEntry& e) {
+    return carriageReturnIn(e.text) != e.text.npos;
+  });
+}
+
+// A path that gives no text: by FileKind, what is told of it.
+struct Trouble {
+  Rule rule;
+  const char* advice;
+};
+
+constexpr Trouble kTroubles[] = {
+    {Rule::FileUnreadable, ""},
+    {Rule::FileEmpty, ": fill it or remove it"},
+    {Rule::FileDirectory, ": it is read as an empty file; name a file"},
+    {Rule::FileMissing, ": create it, or remove this line"},
+    {Rule::FileSpecial, ": it is not opened here; put a regular file in its place"},
+    {Rule::FileUnreadable, ": put a file there that can be read"},
+};
+
+Finding trouble(const TracedPath& path, const Place& place, const std::string& explains,
+                const std::string& after = {}) {
+  const Trouble& trouble = kTroubles[static_cast<size_t>(path.kind)];
+  const bool special = path.kind == FileKind::Special;
+  return {trouble.rule,
+          place,
+          path.problem + trouble.advice + (special ? "" : after),
+          {explains, special ? kOutcome : ""},
+          path.path};
+}
+
+// What is wrong with the last path that is tried for the entry.
+Finding troubleOf(const TracedPathFile& file, const TracedEntry& entry) {
+  const TracedPath& last = entry.last();
+  for (const Reason& reason : kReasons) {
+    const bool explains = reason.place_in(entry.text) != entry.text.npos;
+    if (!explains || last.kind != FileKind::Missing) continue;
+    const TracedEntry& told = toldFor(reason, file, entry);
+    const size_t at = reason.place_in(told.text);
+    return {reason.rule,
+            placeIn(file.path, told, at),
+            reason.message(told.text, at),
+            {kAnyKey},
+            last.path};
   }
-  const size_t mark = entry.text.find_first_of("<>{}$%");
-  if (mark == entry.text.npos) return std::nullopt;
-  return findings.add(Rule::PlaceholderMisspelt, entryPlace(file, entry, mark + 1),
-                      "the only placeholder is <country>: this is part of the path");
-}
-
-void checkSecondPlaceholder(const TracedPathFile& file, const TracedEntry& entry,
-                            Findings& findings) {
-  if (!entry.has_placeholder) return;
-  const size_t first = CalibPath::findCountryCodeComponent(entry.text);
-  const size_t second = CalibPath::findCountryCodeComponent(entry.text.substr(first + 1));
-  if (second == entry.text.npos) return;
-  findings.add(Rule::PlaceholderTwice, entryPlace(file, entry, first + second + 2),
-               "only the first placeholder is replaced: this one is part of the path");
-}
-
-Rule ruleFor(FileKind readability) {
-  switch (readability) {
-    case FileKind::Text:
-    case FileKind::Empty:
-      return Rule::FileEmpty;
-    case FileKind::Directory:
-      return Rule::FileDirectory;
-    case FileKind::Missing:
-      return Rule::FileMissing;
-    case FileKind::Special:
-      return Rule::FileSpecial;
-    case FileKind::Unreadable:
-      return Rule::FileUnreadable;
+  Finding finding = trouble(last, placeIn(file.path, entry), kAnyKey);
+  if (last.kind == FileKind::Missing && entry.has_placeholder) {
+    finding.message =
+        last.problem + ", which is read for a country without a file of its own: create it";
   }
-  return Rule::FileUnreadable;
-}
-
-constexpr char kReadAsEmpty[] = ": it is read as an empty file";
-
-Id checkPath(const TracedPath& path, const Place& place, const std::string& after,
-             Findings& findings) {
-  if (path.kind == FileKind::Text) return std::nullopt;
-  const bool directory = path.kind == FileKind::Directory;
-  const Findings::Id finding =
-      findings.add(ruleFor(path.kind), place,
-                   problemOf(path) + (directory ? kReadAsEmpty : "") + after, path.path);
-  if (path.kind == FileKind::Special) findings.blame(kOutcome, finding);
   return finding;
 }
 
 // The country's file, where the default's was tried after it.
 void checkFallback(const TracedPathFile& file, const TracedEntry& entry, Findings& findings) {
-  if (!entry.fallback.has_value()) return;
-  const std::string after = ": " + entry.fallback->path + " is read instead";
+  const Place place = placeIn(file.path, entry);
+  const std::string& instead = entry.fallback->path;
   if (entry.own.kind != FileKind::Missing) {
-    const bool unopened = entry.own.kind == FileKind::Special;
-    checkPath(entry.own, entryPlace(file, entry), entry.fellBack() && !unopened ? after : "",
-              findings);
+    const std::string after = entry.fellBack() ? "; " + instead + " is read instead" : "";
+    findings.add(trouble(entry.own, place, "", after));
   } else if (entry.fellBack()) {
-    findings.add(Rule::CountryFallback, entryPlace(file, entry),
-                 "there is no file of the country's own" + after, entry.fallback->path);
+    findings.add({Rule::CountryFallback,
+                  place,
+                  entry.own.problem + "; " + instead + " is read instead",
+                  {},
+                  instead});
   }
-}
-
-Id checkMissing(const TracedPathFile& file, const TracedEntry& entry, Findings& findings) {
-  if (Id finding = explainPath(file, entry, findings)) return finding;
-  if (Id finding = explainPlaceholder(file, entry, findings)) return finding;
-  const bool neither = entry.has_placeholder && entry.own.kind == FileKind::Missing;
-  return findings.add(
-      Rule::FileMissing, entryPlace(file, entry),
-      "there is no " + entry.last().path + (neither ? ", and no file of the country's own" : ""),
-      entry.last().path);
 }
 
 void checkEntry(const TracedPathFile& file, const TracedEntry& entry, Findings& findings) {
   // Its path is that of no file, for a reason that is told already.
   if (entry.number == 1 && hasByteOrderMark(entry.text)) return;
-  checkSecondPlaceholder(file, entry, findings);
-  checkFallback(file, entry, findings);
-  const TracedPath& last = entry.last();
-  const Id finding = last.kind == FileKind::Missing
-                         ? checkMissing(file, entry, findings)
-                         : checkPath(last, entryPlace(file, entry), "", findings);
-  if (finding.has_value()) findings.blame(kAnyKey, *finding);
+  if (entry.fallback.has_value()) checkFallback(file, entry, findings);
+  if (entry.last().kind != FileKind::Text) findings.add(troubleOf(file, entry));
 }
 
-bool isSameFile(const std::string& a, const std::string& b) {
-  const std::optional<struct stat> first = statusOf(a);
-  const std::optional<struct stat> second = statusOf(b);
-  return first.has_value() && second.has_value() && first->st_dev == second->st_dev &&
-         first->st_ino == second->st_ino;
+void checkPathFile(const TracedPathFile& file, Findings& findings) {
+  if (file.kind != FileKind::Missing && file.kind != FileKind::Text) {
+    findings.add(trouble(file, {file.path}, kAnyKey));
+  }
+  checkText(file.path, file.content, kAnyKey, findings);
+  for (const TracedEntry& entry : file.entries) checkEntry(file, entry, findings);
+}
+
+// The same for all names of a file.
+std::pair<dev_t, ino_t> identityOf(const std::string& path) {
+  struct stat none {};
+  const struct stat status = statusOf(path).value_or(none);
+  return {status.st_dev, status.st_ino};
 }
 
 void checkHidden(const LoadTrace& trace, Findings& findings) {
   const std::vector<std::string> paths = build_paths();
-  const std::string& deciding = trace.deciding().path;
-  const Place place{deciding, 1, 1, trace.deciding().entries.front().text};
+  const TracedPathFile& deciding = trace.deciding();
   for (size_t i = trace.path_files.size(); i < paths.size(); ++i) {
     const bool exists = tracePath(paths[i]).kind != FileKind::Missing;
-    if (!exists || isSameFile(paths[i], deciding)) continue;
-    findings.add(Rule::PathFileHides, place,
-                 "this path file decides: " + paths[i] + " is never read", paths[i]);
+    if (!exists || identityOf(paths[i]) == identityOf(deciding.path)) continue;
+    findings.add({Rule::PathFileHides,
+                  {paths[i]},
+                  "never read, because " + deciding.path + " decides: remove one of them",
+                  {},
+                  deciding.path});
   }
 }
 
@@ -175,73 +196,13 @@ void checkExistence(const LoadTrace& trace, Findings& findings) {
     if (file.kind != FileKind::Missing) return;
     missing.push_back(file.path);
   }
-  findings.blame(kAnyKey,
-                 findings.add(Rule::PathFileMissing, {missing.front(), 1, 1, {}},
-                              "there is no path file: neither " + joined(missing, " nor ")));
-}
-
-// Text is printable characters in UTF-8, tabs and line ends.
-bool isText(const std::string& content, size_t at, size_t length) {
-  const auto byte = static_cast<uint8_t>(content[at]);
-  if (length == 0) return false;
-  return !isControl(byte) || byte == '\t' || byte == '\n' || byte == '\r';
-}
-
-std::string lineAround(const std::string& content, size_t begin) {
-  return content.substr(begin, content.find('\n', begin) - begin);
-}
-
-void checkBytes(const std::string& path, const std::string& content, Findings& findings) {
-  size_t count = 0;
-  size_t first = content.npos;
-  for (size_t at = hasByteOrderMark(content) ? 3 : 0; at < content.size();) {
-    const size_t length = characterLength(content, at);
-    if (!isText(content, at, length)) {
-      ++count;
-      first = std::min(first, at);
-    }
-    at += length == 0 ? 1 : length;
-  }
-  if (count == 0) return;
-  const size_t begin = first == 0 ? 0 : content.rfind('\n', first - 1) + 1;
-  const auto before = static_cast<size_t>(
-      std::count(content.begin(), content.begin() + static_cast<ptrdiff_t>(begin), '\n'));
-  findings.add(Rule::NotText, {path, before + 1, first - begin + 1, lineAround(content, begin)},
-               counted(count, "byte") + (count == 1 ? " is" : " are") +
-                   " not UTF-8 text (the first is here): save the file as UTF-8");
-}
-
-std::string joinedLines(const TracedPathFile& file) {
-  std::string content;
-  for (const TracedEntry& entry : file.entries) content += entry.text + "\n";
-  return content;
-}
-
-void checkPathFile(const TracedPathFile& file, Findings& findings) {
-  if (file.kind != FileKind::Missing) {
-    const Id finding = checkPath(file, {file.path, 1, 1, {}}, "", findings);
-    if (finding.has_value()) findings.blame(kAnyKey, *finding);
-  }
-  checkText(file.path, joinedLines(file), kAnyKey, findings);
-  for (const TracedEntry& entry : file.entries) checkEntry(file, entry, findings);
+  findings.add({Rule::PathFileMissing,
+                {missing.front()},
+                "there is no path file: create " + Join(missing, " or "),
+                {kAnyKey}});
 }
 
 }  // namespace
-
-bool hasByteOrderMark(const std::string& text) {
-  return text.compare(0, 3, "\xEF\xBB\xBF") == 0;
-}
-
-void checkText(const std::string& path, const std::string& content, const std::string& first_lost,
-               Findings& findings) {
-  if (hasByteOrderMark(content)) {
-    const Findings::Id finding = findings.add(
-        Rule::ByteOrderMark, {path, 1, 1, lineAround(content, 0)},
-        "the file starts with a byte order mark, which is part of its first line: save it without");
-    findings.blame(first_lost, finding);
-  }
-  checkBytes(path, content, findings);
-}
 
 void checkPathFiles(const LoadTrace& trace, Findings& findings) {
   for (const TracedPathFile& file : trace.path_files) checkPathFile(file, findings);

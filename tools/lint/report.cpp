@@ -2,10 +2,8 @@
 #include "tools/lint/report.h"
 
 #include <algorithm>
-#include <stdexcept>
 #include <tuple>
 
-#include "tools/text/text.h"
 #include "tools/trace/countries.h"
 
 namespace {
@@ -49,109 +47,68 @@ std::vector<std::string> kindsOf(const std::vector<std::string>& loads) {
   return special;
 }
 
-std::vector<std::string> countsOf(const LintReport& report) {
+// "1 error, 2 warnings".
+std::string countsOf(const std::vector<Group>& groups) {
   std::vector<std::string> counts;
   for (const Severity severity : {Severity::Error, Severity::Warning, Severity::Note}) {
-    const size_t number = report.count(severity);
-    if (number > 0) counts.push_back(counted(number, wordFor(severity)));
+    const auto number = std::count_if(groups.begin(), groups.end(), [&](const Group& group) {
+      return group.finding.severity == severity;
+    });
+    if (number > 0) counts.push_back(counted(static_cast<size_t>(number), wordFor(severity)));
   }
-  return counts;
+  return counts.empty() ? "nothing found" : Join(counts, ", ");
+}
+
+std::string loadsText(const LintReport& report, const Finding& finding) {
+  if (report.loads.size() == 1) return {};
+  const std::string all = std::to_string(report.loads.size()) + " loads";
+  if (finding.loads.size() == report.loads.size()) return " (in all " + all + ")";
+  std::vector<std::string> names;
+  for (const size_t load : finding.loads) names.push_back(countryTitle(report.loads[load]));
+  if (names.size() <= kMostNames) return " (" + Join(names, ", ") + ")";
+  names.resize(kMostNames);
+  return " (" + std::to_string(finding.loads.size()) + " of " + all + ": " + Join(names, ", ") +
+         ", ...)";
 }
 
 }  // namespace
 
-size_t LintReport::count(Severity severity) const {
-  return static_cast<size_t>(std::count_if(groups.begin(), groups.end(), [&](const Group& group) {
-    return group.finding.severity == severity;
-  }));
+std::string LintReport::messageOf(const Finding& finding, const Finding* cause) const {
+  const bool has_loads = cause == nullptr || cause->loads != finding.loads;
+  return printable(finding.message + (has_loads ? loadsText(*this, finding) : ""));
 }
 
-Severity LintReport::worst() const {
-  return groups.empty() ? Severity::Note : groups.front().finding.severity;
-}
-
-std::string LintReport::loadsText(const Finding& finding) const {
-  if (loads.size() == 1) return {};
-  const std::string all = std::to_string(loads.size()) + " loads";
-  if (finding.loads.size() == loads.size()) return " (in all " + all + ")";
-  std::vector<std::string> names;
-  for (const size_t load : finding.loads) names.push_back(countryTitle(loads[load]));
-  const std::string of_all = std::to_string(names.size()) + " of " + all + ": ";
-  const bool too_many = names.size() > kMostNames;
-  if (too_many) names.resize(kMostNames);
-  return " (" + (too_many ? of_all : "") + joined(names, ", ") + (too_many ? ", ..." : "") + ")";
-}
-
-std::string LintReport::messageOf(const Finding& finding) const {
-  return finding.message + loadsText(finding);
-}
-
-std::string LintReport::messageOf(const Finding& consequence, const Finding& cause) const {
-  return consequence.message + (consequence.loads == cause.loads ? "" : loadsText(consequence));
+std::string LintReport::wholeMessageOf(const Group& group) const {
+  std::string message = messageOf(group.finding);
+  for (const Finding& consequence : group.consequences) {
+    message += "; leads to: " + messageOf(consequence, &group.finding);
+  }
+  return message;
 }
 
 std::string LintReport::summary() const {
-  std::string text = counted(loads.size(), "load") + " (" + joined(kindsOf(loads), ", ") + "): ";
+  std::string text = counted(loads.size(), "load") + " (" + Join(kindsOf(loads), ", ") + "): ";
   text += without_block == 0 ? "each gives a block"
                              : std::to_string(without_block) + " without a block";
-  text += "; " + (groups.empty() ? "nothing found" : joined(countsOf(*this), ", "));
-  if (stale > 0) text += "; " + counted(stale, "baseline line") + " unused";
+  text += "; " + countsOf(groups);
+  if (!unused.empty()) text += "; unused: " + Join(unused, ", ");
   if (not_taken.empty()) return text;
-  return text + "; not taken for countries: " + joined(not_taken, ", ") +
+  return text + "; not taken for countries: " + Join(not_taken, ", ") +
          " (name them with --countries)";
 }
 
-void Exceptions::ignore(const std::string& rule_and_path) {
-  const size_t colon = std::min(rule_and_path.find(':'), rule_and_path.size());
-  const Rule rule = ruleCalled(rule_and_path.substr(0, colon));
-  if (rule == Rule::NoBlock) {
-    throw std::runtime_error("no-block cannot be ignored; --countries says which loads count");
-  }
-  ignored_.emplace_back(rule, colon == rule_and_path.size() ? "" : rule_and_path.substr(colon + 1));
-}
-
-void Exceptions::addBaseline(const std::string& name, const std::string& text) {
-  const std::vector<std::string> lines = split(text, '\n');
-  for (size_t i = 0; i < lines.size(); ++i) {
-    if (std::count(lines[i].begin(), lines[i].end(), '\t') != 2) {
-      throw std::runtime_error(name + ":" + std::to_string(i + 1) + ": no line of a baseline");
-    }
-    ++baseline_[lines[i]];
-  }
-}
-
-bool Exceptions::take(const Finding& finding) {
-  for (const auto& [rule, path] : ignored_) {
-    if (rule != finding.rule) continue;
-    if (path.empty() || path == finding.place.path || path == finding.about) return true;
-  }
-  const auto line = baseline_.find(baselineLine(finding));
-  if (line == baseline_.end() || line->second == 0) return false;
-  --line->second;
-  return true;
-}
-
-size_t Exceptions::unusedLines() const {
-  size_t unused = 0;
-  for (const auto& [line, count] : baseline_) unused += count;
-  return unused;
-}
-
-std::vector<Group> grouped(const Findings& findings, Exceptions& exceptions, bool with_notes) {
+std::vector<Group> grouped(const Findings& findings, Suppressions& suppressions,
+                           const ShownPath& shown_path, bool with_notes) {
   const std::vector<Finding>& all = findings.all();
-  std::vector<bool> kept;
-  for (const Finding& finding : all) {
-    const bool left_out = findings.isSilenced(finding) || exceptions.take(finding);
-    kept.push_back(!left_out && (with_notes || finding.severity != Severity::Note));
-  }
   std::vector<Group> groups;
   std::map<size_t, size_t> group_of;
   // A cause is found before what follows from it.
   for (size_t i = 0; i < all.size(); ++i) {
-    if (!kept[i]) continue;
-    const bool follows = all[i].cause.has_value() && kept[*all[i].cause];
-    if (follows) {
-      groups[group_of.at(*all[i].cause)].consequences.push_back(all[i]);
+    const bool left_out = findings.isSilenced(all[i]) || suppressions.take(all[i], shown_path);
+    if (left_out || (!with_notes && all[i].severity == Severity::Note)) continue;
+    const auto cause = all[i].cause.has_value() ? group_of.find(*all[i].cause) : group_of.end();
+    if (cause != group_of.end()) {
+      groups[cause->second].consequences.push_back(all[i]);
     } else {
       group_of[i] = groups.size();
       groups.push_back({all[i], {}});
@@ -159,10 +116,4 @@ std::vector<Group> grouped(const Findings& findings, Exceptions& exceptions, boo
   }
   sortGroups(groups);
   return groups;
-}
-
-std::string baselineLine(const Finding& finding) {
-  const std::string& text = finding.place.source.empty() ? finding.message : finding.place.source;
-  return std::string(factsOf(finding.rule).name) + "\t" + printable(finding.place.path) + "\t" +
-         printable(text);
 }

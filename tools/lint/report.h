@@ -1,15 +1,16 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <functional>
-#include <map>
 #include <string>
 #include <vector>
 
-#include "tools/lint/findings.h"
+#include "tools/lint/suppressions.h"
+#include "tools/text/json.h"
+#include "tools/text/text.h"
 
-// What is told of the findings, and in which order.
+// What is told of the findings, in which order and form.
 
+// A finding and what follows from it.
 struct Group {
   Finding finding;
   std::vector<Finding> consequences;
@@ -19,45 +20,37 @@ struct LintReport {
   std::vector<std::string> loads;      // Their countries.
   std::vector<std::string> not_taken;  // Names that are not taken for countries.
   size_t without_block = 0;            // Of the loads.
-  size_t stale = 0;                    // Entries of the baseline that match no finding.
+  std::vector<std::string> unused;     // Suppressions that match no finding.
   std::vector<Group> groups;           // The most severe first, then by file and line.
-  std::function<std::string(const std::string&)> shown_path;  // What the host calls a file.
+  ShownPath shown_path;
 
-  size_t count(Severity severity) const;
-  Severity worst() const;  // Note when there is nothing.
+  // The finding's message and its loads: " (in all 42 loads)", " (country de, no country)". These
+  // are left out where all loads are one, and for a consequence where they are those of its cause.
+  std::string messageOf(const Finding& finding, const Finding* cause = nullptr) const;
 
-  // " (in all 42 loads)", " (country de, no country)"; empty where all the loads are one.
-  std::string loadsText(const Finding& finding) const;
-  // The finding's message with its loads; of a consequence, without those of its cause.
-  std::string messageOf(const Finding& finding) const;
-  std::string messageOf(const Finding& consequence, const Finding& cause) const;
+  // The message and those of the consequences, in one line.
+  std::string wholeMessageOf(const Group& group) const;
 
   // "43 loads (40 countries, any other country, no country): 2 without a block; 1 error".
   std::string summary() const;
 };
 
-// What is left out of a report.
-class Exceptions {
- public:
-  // RULE or RULE:PATH. Throws std::runtime_error for a rule that cannot be ignored.
-  void ignore(const std::string& rule_and_path);
-
-  // The lines of a report in the format "baseline". Throws std::runtime_error for other lines.
-  void addBaseline(const std::string& name, const std::string& text);
-
-  // Whether the finding is left out. A line of the baseline serves once.
-  bool take(const Finding& finding);
-
-  size_t unusedLines() const;
-
- private:
-  std::vector<std::pair<Rule, std::string>> ignored_;  // Without a path, all.
-  std::map<std::string, size_t> baseline_;             // How often each line is still there.
-};
-
-// Findings as causes and what follows from them. Notes are kept on request. What follows from a
+// What `suppressions` leaves of the findings. Notes are kept on request. What follows from a
 // finding that is left out stands on its own.
-std::vector<Group> grouped(const Findings& findings, Exceptions& exceptions, bool with_notes);
+std::vector<Group> grouped(const Findings& findings, Suppressions& suppressions,
+                           const ShownPath& shown_path, bool with_notes);
 
-// The finding as a line of a baseline.
-std::string baselineLine(const Finding& finding);
+// "path:line:col: severity: text [rule]", the line, a caret below its column, and what it leads to.
+std::string textReport(const LintReport& report, const Paint& paint);
+
+// {..., "findings": [...]}
+Json::Value jsonReport(const LintReport& report);
+
+// SARIF 2.1.0; `version` is this program's.
+std::string sarifReport(const LintReport& report, const std::string& version);
+
+// Workflow commands that annotate the lines of a change.
+std::string githubReport(const LintReport& report);
+
+// One line for each finding, to be given to --baseline.
+std::string baselineReport(const LintReport& report);

@@ -1,18 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tools/lint/rules.h"
 
-#include <stdexcept>
+#include <algorithm>
+#include <iterator>
 
 std::string wordFor(Severity severity) {
-  switch (severity) {
-    case Severity::Note:
-      return "note";
-    case Severity::Warning:
-      return "warning";
-    case Severity::Error:
-      return "error";
-  }
-  return {};
+  constexpr const char* kWords[] = {"note", "warning", "error"};
+  return kWords[static_cast<size_t>(severity)];
 }
 
 std::vector<std::string> ruleNames() {
@@ -21,9 +15,9 @@ std::vector<std::string> ruleNames() {
   return names;
 }
 
-Rule ruleCalled(const std::string& name) {
-  for (const RuleFacts& facts : kRules) {
-    if (facts.name == name) return facts.rule;
-  }
-  throw std::invalid_argument("no rule " + name);
+std::optional<Rule> ruleCalled(const std::string& name) {
+  const auto* const facts = std::find_if(std::begin(kRules), std::end(kRules),
+                                         [&](const RuleFacts& f) { return f.name == name; });
+  if (facts == std::end(kRules)) return std::nullopt;
+  return static_cast<Rule>(facts - kRules);
 }

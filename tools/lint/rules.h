@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <cstddef>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -10,108 +10,62 @@ enum class Severity { Note, Warning, Error };
 // The severity's word: "note", "warning", "error".
 std::string wordFor(Severity severity);
 
-// In the order of docs/lint_rules.md.
-enum class Rule {
-  // Lines that set nothing.
-  UnknownKey,
-  LeadingBlank,
-  BlankBeforeEqual,
-  BlankAfterCcc,
-  NoEqual,
-  // Values.
-  OutOfRange,
-  UnreadableValue,
-  NumberSpelling,
-  OctalNumber,
-  NegativeNumber,
-  TextAfterValue,
-  SelectorLine,
-  SelectorLevel,
-  Port255,
-  // Values set twice or never.
-  DuplicateKey,
-  OtherAntenna,
-  MissingKey,
-  NoBlock,
-  // Path files and the files that they name.
-  PathCr,
-  PathComment,
-  PathBlank,
-  PlaceholderMisspelt,
-  PlaceholderCapitals,
-  PlaceholderTwice,
-  CountryFallback,
-  PathFileHides,
-  PathFileMissing,
-  FileMissing,
-  FileDirectory,
-  FileEmpty,
-  FileUnreadable,
-  FileSpecial,
-  FileUnread,
-  ByteOrderMark,
-  NotText,
-};
+// In the order of docs/lint_rules.md: each rule's severity, name and summary.
+// clang-format off
+#define LINT_RULES(RULE)                                                                                    \
+  /* Lines that set nothing. */                                                                             \
+  RULE(UnknownKey,          Warning, "unknown-key",           "No parameter has this key")                  \
+  RULE(BlankInKey,          Warning, "blank-in-key",          "There is a blank before the '='")            \
+  RULE(NoEqual,             Warning, "no-equal",              "Text without '=' that is no comment")        \
+  RULE(UnknownRule,         Warning, "unknown-rule",          "A comment names a rule that does not exist") \
+  /* Values. */                                                                                             \
+  RULE(OutOfRange,          Error,   "out-of-range",          "The number does not fit its parameter")      \
+  RULE(UnreadableValue,     Error,   "unreadable-value",      "The value cannot be read")                   \
+  RULE(NumberSpelling,      Error,   "number-spelling",       "Two C++ libraries read the number differently") \
+  RULE(OctalNumber,         Warning, "octal-number",          "A leading zero makes the number octal")      \
+  RULE(NegativeNumber,      Error,   "negative-number",       "A negative number wraps around, or ends the file") \
+  RULE(TextAfterValue,      Warning, "text-after-value",      "Text after the value is not read")           \
+  RULE(Selector,            Error,   "selector",              "No antenna selector has this line or level") \
+  RULE(Port255,             Warning, "port-255",              "Port 255 wraps around to 0")                 \
+  /* Values set twice or never. */                                                                          \
+  RULE(DuplicateKey,        Warning, "duplicate-key",         "The key is given twice in one file")         \
+  RULE(OtherAntenna,        Note,    "other-antenna",         "The antenna of the key serves no channel in this load") \
+  RULE(MissingKey,          Error,   "missing-key",           "No line sets the parameter")                 \
+  RULE(NoBlock,             Error,   "no-block",              "A load gives no block")                      \
+  /* Path files and the files that they name. */                                                            \
+  RULE(PathCr,              Warning, "path-cr",               "A carriage return is part of the path")      \
+  RULE(PathComment,         Warning, "path-comment",          "Path files have no comments")                \
+  RULE(PathBlank,           Warning, "path-blank",            "Blanks are part of the path")                \
+  RULE(Placeholder,         Warning, "placeholder",           "The path holds no placeholder, but seems to") \
+  RULE(PlaceholderTwice,    Warning, "placeholder-twice",     "Only the first placeholder is replaced")     \
+  RULE(CountryFallback,     Note,    "country-fallback",      "The default file is read for the country")   \
+  RULE(PathFileHides,       Warning, "path-file-hides",       "Later path files are never read")            \
+  RULE(PathFileMissing,     Error,   "path-file-missing",     "There is no path file")                      \
+  RULE(FileMissing,         Warning, "file-missing",          "There is no calibration file of this path")  \
+  RULE(FileDirectory,       Warning, "file-directory",        "The file is a directory")                    \
+  RULE(FileEmpty,           Warning, "file-empty",            "The file is empty")                          \
+  RULE(FileUnreadable,      Error,   "file-unreadable",       "The file exists, but cannot be read")        \
+  RULE(FileSpecial,         Error,   "file-special",          "The file is a pipe, a socket or a device")   \
+  RULE(FileUnread,          Warning, "file-unread",           "No load reads the file, though one may be meant to") \
+  RULE(ByteOrderMark,       Warning, "byte-order-mark",       "The file starts with a byte order mark")     \
+  RULE(NotText,             Warning, "not-text",              "The file holds bytes that are no text")
+// clang-format on
+
+#define RULE(rule, ...) rule,
+enum class Rule { LINT_RULES(RULE) };
+#undef RULE
 
 struct RuleFacts {
-  Rule rule;
   Severity severity;
   const char* name;
   const char* summary;
 };
 
-// clang-format off
 inline constexpr RuleFacts kRules[] = {
-    // Lines that set nothing.
-    {Rule::UnknownKey,          Severity::Warning, "unknown-key",           "No parameter has this key"},
-    {Rule::LeadingBlank,        Severity::Warning, "leading-blank",         "There is a blank before the key"},
-    {Rule::BlankBeforeEqual,    Severity::Warning, "blank-before-equal",    "There is a blank between the key and '='"},
-    {Rule::BlankAfterCcc,       Severity::Warning, "blank-after-ccc",       "There is a blank between [CCC] and the key"},
-    {Rule::NoEqual,             Severity::Warning, "no-equal",              "Text without '=' that is no comment"},
-    // Values.
-    {Rule::OutOfRange,          Severity::Error,   "out-of-range",          "The number does not fit its parameter"},
-    {Rule::UnreadableValue,     Severity::Error,   "unreadable-value",      "The value cannot be read"},
-    {Rule::NumberSpelling,      Severity::Error,   "number-spelling",       "Two C++ libraries read the number differently"},
-    {Rule::OctalNumber,         Severity::Warning, "octal-number",          "A leading zero makes the number octal"},
-    {Rule::NegativeNumber,      Severity::Error,   "negative-number",       "A negative number wraps around, or ends the file"},
-    {Rule::TextAfterValue,      Severity::Warning, "text-after-value",      "Text after the value is not read"},
-    {Rule::SelectorLine,        Severity::Error,   "selector-line",         "No selector uses this GPIO line"},
-    {Rule::SelectorLevel,       Severity::Error,   "selector-level",        "A selector line has the level 0 or 1"},
-    {Rule::Port255,             Severity::Warning, "port-255",              "Port 255 wraps around to 0"},
-    // Values set twice or never.
-    {Rule::DuplicateKey,        Severity::Warning, "duplicate-key",         "The key is given twice in one file"},
-    {Rule::OtherAntenna,        Severity::Note,    "other-antenna",         "The antenna of the key serves no channel in this load"},
-    {Rule::MissingKey,          Severity::Error,   "missing-key",           "No line sets the parameter"},
-    {Rule::NoBlock,             Severity::Error,   "no-block",              "A load gives no block"},
-    // Path files and the files that they name.
-    {Rule::PathCr,              Severity::Warning, "path-cr",               "A carriage return is part of the path"},
-    {Rule::PathComment,         Severity::Warning, "path-comment",          "Path files have no comments"},
-    {Rule::PathBlank,           Severity::Warning, "path-blank",            "Blanks are part of the path"},
-    {Rule::PlaceholderMisspelt, Severity::Warning, "placeholder-misspelt",  "The path holds no placeholder, but seems to"},
-    {Rule::PlaceholderCapitals, Severity::Warning, "placeholder-capitals",  "The placeholder is in capitals"},
-    {Rule::PlaceholderTwice,    Severity::Warning, "placeholder-twice",     "Only the first placeholder is replaced"},
-    {Rule::CountryFallback,     Severity::Note,    "country-fallback",      "The default file is read for the country"},
-    {Rule::PathFileHides,       Severity::Warning, "path-file-hides",       "Later path files are never read"},
-    {Rule::PathFileMissing,     Severity::Error,   "path-file-missing",     "There is no path file"},
-    {Rule::FileMissing,         Severity::Warning, "file-missing",          "There is no calibration file of this path"},
-    {Rule::FileDirectory,       Severity::Warning, "file-directory",        "The file is a directory"},
-    {Rule::FileEmpty,           Severity::Warning, "file-empty",            "The file is empty"},
-    {Rule::FileUnreadable,      Severity::Error,   "file-unreadable",       "The file exists, but cannot be read"},
-    {Rule::FileSpecial,         Severity::Error,   "file-special",          "The file is a pipe, a socket or a device"},
-    {Rule::FileUnread,          Severity::Warning, "file-unread",           "No load reads the file, but seems meant to"},
-    {Rule::ByteOrderMark,       Severity::Warning, "byte-order-mark",       "The file starts with a byte order mark"},
-    {Rule::NotText,             Severity::Warning, "not-text",              "The file holds bytes that are no text"},
+#define RULE(rule, severity, ...) {Severity::severity, __VA_ARGS__},
+    LINT_RULES(RULE)
+#undef RULE
 };
-// clang-format on
-
-constexpr bool areInTheOrderOfTheirEnumeration() {
-  size_t index = 0;
-  for (const RuleFacts& facts : kRules) {
-    if (facts.rule != static_cast<Rule>(index++)) return false;
-  }
-  return true;
-}
-static_assert(areInTheOrderOfTheirEnumeration());
 
 constexpr const RuleFacts& factsOf(Rule rule) {
   return kRules[static_cast<size_t>(rule)];
@@ -119,5 +73,5 @@ constexpr const RuleFacts& factsOf(Rule rule) {
 
 std::vector<std::string> ruleNames();
 
-// The rule of this name, which must be one.
-Rule ruleCalled(const std::string& name);
+// The rule of this name; nothing when there is none.
+std::optional<Rule> ruleCalled(const std::string& name);

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <algorithm>
+#include <cctype>
 
 #include "tools/lint/checks.h"
 #include "tools/probe/number_spelling.h"
@@ -7,175 +8,148 @@
 
 namespace {
 
-using Kind = LineEffect::Kind;
+constexpr char kDigits[] = "0123456789";
 
-// The keys in the lines after this one that the device no longer reads.
+// The keys that are lost with this line if it ends the reading of the file. An earlier error has
+// lost them already.
 std::vector<std::string> keysLostAfter(const CheckedFile& file, const TracedLine& line) {
   std::vector<std::string> keys;
   std::set<size_t> known;
+  if (line.lost) return keys;
   for (size_t i = line.number; i < file.file.lines.size(); ++i) {
     const TracedLine& later = file.file.lines[i];
-    if (!later.lost || later.pass != line.pass) continue;
-    if (known.insert(*later.parameter).second) {
+    const bool is_lost = later.parameter.has_value() && later.pass == line.pass;
+    if (is_lost && known.insert(*later.parameter).second) {
       keys.push_back(file.trace.parameterOf(later).key);
     }
   }
   return keys;
 }
 
-// The sign and the decimal digits that `number` begins with, without leading zeros.
+std::string withoutSign(const std::string& number) {
+  return number.substr(number.find_first_of(kDigits));
+}
+
+// The decimal digits that `number` begins with after its sign, without leading zeros.
 std::string decimalOf(const std::string& number) {
-  const size_t sign = number.find_first_not_of("+-");
-  const size_t end = std::min(number.find_first_not_of("0123456789", sign), number.size());
-  const size_t begin = std::min(number.find_first_not_of('0', sign), end - 1);
-  return (number[0] == '-' ? "-" : "") + number.substr(begin, end - begin);
+  std::string digits = withoutSign(number);
+  digits.resize(std::min(digits.find_first_not_of(kDigits), digits.size()));
+  return digits.substr(std::min(digits.find_first_not_of('0'), digits.size() - 1));
+}
+
+bool isOctal(const std::string& number) {
+  const std::string digits = withoutSign(number);
+  return digits[0] == '0' && digits.size() > 1 && std::isdigit(digits[1]) != 0;
 }
 
 // The value of one line that names a parameter.
-class LineValue {
- public:
-  LineValue(const CheckedFile& file, const TracedLine& line)
-      : file_(file),
-        line_(line),
-        parameter_(file.trace.parameterOf(line_)),
-        at_(valueStart(line_.text)),
-        text_(line_.text.substr(at_)),
-        spelling_(spellingOf(text_)) {}
+struct LineValue {
+  const CheckedFile& file;
+  const TracedLine& line;
+  const TracedParameter& parameter = file.trace.parameterOf(line);
+  const size_t at = file.trace.valueIn(line);
+  const std::string text = line.text.substr(at);
+  // As the tree prints it, without the hexadecimal form.
+  const std::string read = line.effect.value.substr(0, line.effect.value.find(' '));
 
-  void check(Findings& findings) const {
-    if (parameter_.facts == nullptr) {
-      checkWord(findings);
-    } else if (spelling_.number.empty()) {
-      // An antenna's name may contain '=', so only the tree knows whether there is a value.
-      if (line_.effect.kind == Kind::Fails) {
-        addUnreadable("a whole number, " + range() + ", not '" + shortened(firstWord()) + "'",
-                      findings);
-      }
-    } else {
-      checkNumber(findings);
-    }
+  void add(Rule rule, const std::string& message, size_t offset = 0,
+           const std::vector<std::string>& explains = {}) const {
+    const std::string unread = "; an earlier error ends the reading of the file before this line";
+    file.add(rule, line, at + offset, message + (line.lost ? unread : ""), explains);
   }
-
- private:
-  static size_t valueStart(const std::string& line) {
-    const size_t after = line.find('=') + 1;
-    return after + blanksAt(line, after);
-  }
-
-  Place place(size_t offset = 0) const { return file_.place(line_, at_ + offset + 1); }
 
   // A value that ends the reading of its file: its key and the lost ones are not set here.
-  void addFailure(Rule rule, const std::string& message, Findings& findings) const {
-    if (line_.lost) {
-      findings.add(rule, place(), message);
-      return;
+  void addFailure(Rule rule, const std::string& accepted) const {
+    std::vector<std::string> keys = keysLostAfter(file, line);
+    const std::string lost =
+        keys.empty() ? "" : "; the rest of the file is not read: " + Join(keys, ", ");
+    if (!line.lost) keys.insert(keys.end(), {parameter.key, kOutcome});
+    add(rule, "'" + parameter.key + "' takes " + accepted + lost, 0, keys);
+  }
+
+  void check() const {
+    const bool fails = line.effect.kind == LineEffect::Kind::Fails;
+    const bool is_number = parameter.facts != nullptr;
+    const NumberSpelling spelling = spellingOf(text);
+    if (is_number && !spelling.number.empty()) {
+      checkNumber(spelling);
+    } else if (fails) {
+      const std::string word = shortened(text.substr(0, text.find_first_of(kBlanks)));
+      const std::string given =
+          word.empty() ? ", but there is no value after '='" : ", not '" + word + "'";
+      addFailure(Rule::UnreadableValue,
+                 (is_number ? "a whole number, " + range() : "a word") + given);
+    } else if (!is_number) {
+      checkTextAfter(read);
     }
-    const std::vector<std::string> lost = keysLostAfter(file_, line_);
-    const Findings::Id finding = findings.add(
-        rule, place(),
-        message +
-            (lost.empty() ? "" : "; the rest of the file is not read: " + joined(lost, ", ")));
-    findings.blame(kOutcome, finding);
-    findings.blame(parameter_.key, finding);
-    for (const std::string& key : lost) findings.blame(key, finding);
   }
 
-  void addUnreadable(const std::string& what, Findings& findings) const {
-    addFailure(Rule::UnreadableValue, "'" + parameter_.key + "' takes " + what, findings);
+  std::string range() const { return "0 to " + std::to_string(parameter.facts->largest()); }
+
+  // What the line would do with this value.
+  LineEffect feed(const std::string& value) const {
+    return file.calibration.feed(line.text.substr(0, at) + value);
   }
 
-  std::string range() const { return "0 to " + std::to_string(parameter_.facts->largest()); }
-
-  std::string firstWord() const { return text_.substr(0, text_.find_first_of(" \t\v\f\r")); }
-
-  void checkWord(Findings& findings) const {
-    if (line_.effect.kind == Kind::Fails) {
-      addUnreadable("a word", findings);
+  void checkNumber(const NumberSpelling& spelling) const {
+    const std::string& number = spelling.number;
+    if (feed(number).kind != LineEffect::Kind::Sets) {
+      addFailure(Rule::OutOfRange, range() + ", not " + shortened(number));
+    } else if (!spelling.readAlike()) {
+      addSpelling(spelling);
     } else {
-      checkTextAfter(line_.effect.value.size(), findings);
+      checkTextAfter(number);
+      checkForm(number);
     }
-  }
-
-  void checkNumber(Findings& findings) const {
-    if (!fits()) {
-      addFailure(Rule::OutOfRange,
-                 "'" + parameter_.key + "' takes " + range() + ", not " + spelling_.number,
-                 findings);
-      return;
-    }
-    if (!spelling_.readAlike()) {
-      addSpelling(findings);
-    } else {
-      checkTextAfter(spelling_.number.size(), findings);
-      checkBase(findings);
-    }
-    checkSign(findings);
-  }
-
-  // Whether the parameter accepts the number alone.
-  bool fits() const {
-    const SchemaProbe& probe =
-        parameter_.pass == Pass::Selection ? file_.selection : file_.calibration;
-    return probe.feed(line_.text.substr(0, at_) + spelling_.number).kind == Kind::Sets;
   }
 
   // The device refuses what it has gathered: an octal number with an 8 or 9, or letters after one.
-  void addSpelling(Findings& findings) const {
-    const std::string decimal = decimalOf(spelling_.gathered);
-    const bool octal = decimal != decimalOf(spelling_.number);
-    findings.add(Rule::NumberSpelling, place(),
-                 "the device cannot read '" + spelling_.gathered + "'" +
-                     (octal ? " (a leading zero means octal)" : "") +
-                     " and ignores the rest of the file: write " +
-                     (octal ? decimal : spelling_.number));
+  void addSpelling(const NumberSpelling& spelling) const {
+    const std::string decimal = decimalOf(spelling.gathered);
+    const bool octal = decimal != decimalOf(spelling.number);
+    const std::string hexadecimal = "0x" + withoutSign(spelling.gathered);
+    const bool fits =
+        spellingOf(hexadecimal).readAlike() && feed(hexadecimal).kind == LineEffect::Kind::Sets;
+    const std::vector<std::string> lost = keysLostAfter(file, line);
+    add(Rule::NumberSpelling,
+        "the device cannot read '" + shortened(spelling.gathered) + "'" +
+            (octal ? " (a leading zero means octal)" : "") + " and ignores this line" +
+            (lost.empty() ? "" : " and the rest of the file (" + Join(lost, ", ") + ")") +
+            ": write " + (octal || !fits ? "" : hexadecimal + " if hexadecimal is meant, or ") +
+            shortened(octal ? decimal : withoutSign(spelling.number)));
   }
 
-  void checkSign(Findings& findings) const {
-    if (spelling_.number[0] != '-') return;
-    findings.add(Rule::NegativeNumber, place(),
-                 "'" + spelling_.number + "' wraps around to " + printedNumber() +
-                     "; the C++ library of older platform releases refuses it and does not "
-                     "read the rest of the file: write the number without a sign");
+  void checkForm(const std::string& number) const {
+    const std::string decimal = decimalOf(number);
+    if (number[0] == '-') {
+      const bool wraps = decimal != read;
+      add(Rule::NegativeNumber, "'" + shortened(number) + "' " +
+                                    (wraps ? "wraps around to " + read : "has a sign") +
+                                    ", and the C++ library of older platform releases ends the "
+                                    "file here: write " +
+                                    read + (wraps ? ", or what else is meant" : ""));
+    } else if (isOctal(number)) {
+      add(Rule::OctalNumber,
+          "'" + shortened(number) + "' is octal and is read as " + read + ": write " + read +
+              (decimal == read ? "" : ", or " + shortened(decimal) + " if that is meant"));
+    }
   }
 
-  void checkBase(Findings& findings) const {
-    const size_t digits = spelling_.number.find_first_of("0123456789");
-    const bool octal = spelling_.number[digits] == '0' && spelling_.number.size() > digits + 1 &&
-                       (spelling_.number[digits + 1] | 0x20) != 'x';
-    if (!octal) return;
-    const std::string read = printedNumber();
-    const std::string decimal = decimalOf(spelling_.number);
-    findings.add(Rule::OctalNumber, place(),
-                 "'" + spelling_.number + "' is octal and is read as " + read + ": write " + read +
-                     (decimal == read ? "" : ", or " + decimal + " if that is meant"));
-  }
-
-  // As the tree prints it, without the hexadecimal form.
-  std::string printedNumber() const {
-    return line_.effect.value.substr(0, line_.effect.value.find(' '));
-  }
-
-  void checkTextAfter(size_t value_size, Findings& findings) const {
-    if (value_size > text_.size()) return;
-    const std::string after = text_.substr(value_size);
-    const size_t blanks = blanksAt(after, 0);
+  void checkTextAfter(const std::string& value) const {
+    const std::string after = text.substr(std::min(value.size(), text.size()));
+    const size_t blanks = afterBlanks(after, 0);
     if (blanks == after.size() || beginsComment(after)) return;
-    findings.add(Rule::TextAfterValue, place(value_size + blanks),
-                 "'" + parameter_.key + "' is " + printedNumber() + "; what follows is not read");
+    add(Rule::TextAfterValue,
+        "'" + parameter.key + "' is " + shortened(read) +
+            "; what follows is not read: remove it, or begin it with '#'",
+        value.size() + blanks);
   }
-
-  const CheckedFile& file_;
-  const TracedLine& line_;
-  const TracedParameter& parameter_;
-  const size_t at_;
-  const std::string text_;
-  const NumberSpelling spelling_;
 };
 
 }  // namespace
 
-void checkValues(const CheckedFile& file, Findings& findings) {
+void checkValues(const CheckedFile& file) {
   for (const TracedLine& line : file.file.lines) {
-    if (line.parameter.has_value()) LineValue(file, line).check(findings);
+    if (line.parameter.has_value()) LineValue{file, line}.check();
   }
 }

@@ -7,7 +7,8 @@
 
 #include "schema/antenna_selection_pattern.h"
 #include "schema/pattern.h"
-#include "tools/device/library_log.h"
+#include "tools/device/device_library.h"
+#include "tools/text/text.h"
 
 namespace {
 
@@ -17,10 +18,21 @@ std::vector<std::string> missingIn(AstRoot& tree) {
   return missing;
 }
 
-std::string printOf(const AstRoot& tree) {
+std::vector<std::string> printOf(const AstRoot& tree) {
   std::ostringstream out;
   tree.print(out);
-  return out.str();
+  return linesOf(out.str());
+}
+
+// Whether the device goes on after the line.
+bool parses(AstRoot& tree, const std::string& line) {
+  std::istringstream text(line);
+  try {
+    tree.parse(text);
+    return true;
+  } catch (const std::exception&) {
+    return false;
+  }
 }
 
 }  // namespace
@@ -32,41 +44,28 @@ SchemaProbe::SchemaProbe(MakeTree make_tree)
 }
 
 LineEffect SchemaProbe::feed(const std::string& line) const {
+  using Kind = LineEffect::Kind;
   const LogCapture log;
-  LineEffect effect;
-  try {
-    std::istringstream text(line);
-    fresh_->parse(text);
-  } catch (const std::exception& e) {
-    effect.kind = LineEffect::Kind::Fails;
-    effect.error = e.what();
-    effect.parameter = parameterNamedIn(line).value_or(0);
-    return effect;
-  }
-  // The tree logs each comment that it ignores, and nothing else that throws no exception.
-  if (!log.lines().empty()) effect.kind = LineEffect::Kind::Comment;
+  if (!parses(*fresh_, line)) return {Kind::Fails, parameterNamedIn(line), {}};
   const std::optional<size_t> parameter = parameterSetIn(*fresh_);
-  if (!parameter.has_value()) return effect;
-  effect = {LineEffect::Kind::Sets, *parameter, valueIn(*fresh_), {}};
+  // The tree logs each comment that it ignores, and nothing else that throws no exception.
+  if (!parameter.has_value()) return {log.lines().empty() ? Kind::Dropped : Kind::Comment, 0, {}};
+  LineEffect effect{Kind::Sets, *parameter, valueIn(*fresh_)};
   fresh_ = make_tree_();
   return effect;
 }
 
-std::optional<size_t> SchemaProbe::parameterNamedIn(const std::string& line) const {
-  // An antenna's name may contain '=', so each one is tried. Every parameter accepts 1.
-  for (size_t equal = line.find('='); equal != line.npos; equal = line.find('=', equal + 1)) {
+size_t SchemaProbe::parameterNamedIn(const std::string& line) const {
+  // An antenna's name may contain '=', so each one is tried. Every parameter accepts 1. A line
+  // fails only at the value of a parameter, so one is found; at() throws where no '=' is left.
+  std::optional<size_t> parameter;
+  for (size_t equal = 0; !parameter.has_value(); ++equal) {
+    equal = line.find('=', equal);
     const std::unique_ptr<AstRoot> tree = make_tree_();
-    const LogCapture log;
-    try {
-      std::istringstream text(line.substr(0, equal + 1) + "1");
-      tree->parse(text);
-    } catch (const std::exception&) {
-      continue;
-    }
-    const std::optional<size_t> parameter = parameterSetIn(*tree);
-    if (parameter.has_value()) return parameter;
+    parses(*tree, line.substr(0, equal) + line.at(equal) + "1");
+    parameter = parameterSetIn(*tree);
   }
-  return std::nullopt;
+  return *parameter;
 }
 
 std::optional<size_t> SchemaProbe::parameterSetIn(AstRoot& tree) const {
@@ -77,15 +76,10 @@ std::optional<size_t> SchemaProbe::parameterSetIn(AstRoot& tree) const {
 }
 
 std::string SchemaProbe::valueIn(const AstRoot& tree) const {
-  std::istringstream before(print_);
-  std::istringstream after(printOf(tree));
-  std::string line_before;
-  std::string line_after;
-  while (std::getline(before, line_before) && std::getline(after, line_after)) {
-    constexpr char kSign[] = " = ";
-    if (line_before != line_after) return line_after.substr(line_before.rfind(kSign) + 3);
-  }
-  return {};
+  const std::vector<std::string> print = printOf(tree);
+  const auto line = std::mismatch(print.begin(), print.end(), print_.begin()).first;
+  constexpr std::string_view kSign = " = ";
+  return line->substr(line->find(kSign) + kSign.size());
 }
 
 SchemaProbe selectionProbe() {

@@ -21,7 +21,6 @@ struct LineEffect {
   Kind kind = Kind::Dropped;
   size_t parameter = 0;  // The index in SchemaProbe::keys.
   std::string value;     // As the tree prints it.
-  std::string error;     // As the tree throws it.
 
   bool namesParameter() const { return kind == Kind::Sets || kind == Kind::Fails; }
 };
@@ -40,16 +39,15 @@ class SchemaProbe {
 
   LineEffect feed(const std::string& line) const;
 
-  // The parameter that the line names, also when its value cannot be read.
-  std::optional<size_t> parameterNamedIn(const std::string& line) const;
-
  private:
+  // The parameter that the line names, whose value cannot be read.
+  size_t parameterNamedIn(const std::string& line) const;
   std::optional<size_t> parameterSetIn(AstRoot& tree) const;
   std::string valueIn(const AstRoot& tree) const;
 
   const MakeTree make_tree_;
   std::vector<std::string> keys_;
-  std::string print_;  // Of a tree without values.
+  std::vector<std::string> print_;  // The lines of a tree without values.
   mutable std::unique_ptr<AstRoot> fresh_;
 };
 

@@ -2,8 +2,9 @@
 #include "tools/text/json.h"
 
 #include <json/reader.h>
-#include <json/value.h>
 #include <json/writer.h>
+
+#include <algorithm>
 
 #include "tools/text/text.h"
 
@@ -14,74 +15,41 @@ std::string validUtf8(const std::string& text) {
   for (size_t at = 0; at < text.size();) {
     const size_t length = characterLength(text, at);
     valid += length == 0 ? "\xEF\xBF\xBD" : text.substr(at, length);
-    at += length == 0 ? 1 : length;
+    at += std::max<size_t>(length, 1);
   }
   return valid;
 }
 
-Json::Value arrayOf(const std::vector<std::string>& texts) {
-  Json::Value array(Json::arrayValue);
-  for (const std::string& text : texts) array.append(validUtf8(text));
-  return array;
-}
-
-std::shared_ptr<Json::Value> shared(Json::Value value) {
-  return std::make_shared<Json::Value>(std::move(value));
-}
-
 }  // namespace
 
-JsonValue::JsonValue(bool value) : value_(shared(value)) {}
-
-JsonValue::JsonValue(uint32_t value) : value_(shared(value)) {}
-
-JsonValue::JsonValue(uint64_t value) : value_(shared(Json::UInt64{value})) {}
-
-JsonValue::JsonValue(const char* text) : value_(shared(text)) {}
-
-JsonValue::JsonValue(const std::string& text) : value_(shared(validUtf8(text))) {}
-
-JsonValue::JsonValue(const std::vector<std::string>& texts) : value_(shared(arrayOf(texts))) {}
-
-JsonValue::JsonValue(std::vector<JsonValue> elements) {
-  Json::Value array(Json::arrayValue);
-  for (JsonValue& element : elements) array.append(element.take());
-  value_ = shared(std::move(array));
+Json::Value arrayOf(const std::vector<std::string>& texts) {
+  return arrayOf(texts, [](const std::string& text) { return text; });
 }
 
-JsonValue::JsonValue(JsonMembers members) {
-  Json::Value object(Json::objectValue);
-  for (auto& member : members) object[member.first] = member.second.take();
-  value_ = shared(std::move(object));
+std::string documentOf(Json::Value members) {
+  members["format_version"] = kFormatVersion;
+  return foreignDocumentOf(members);
 }
 
-// Large documents are moved as they grow; a value that somebody else holds too is copied.
-Json::Value JsonValue::take() {
-  return value_.use_count() == 1 ? std::move(*value_) : *value_;
-}
-
-std::string documentOf(JsonMembers members) {
-  members.emplace_back("format_version", 1U);
-  return foreignDocumentOf(std::move(members));
-}
-
-std::string foreignDocumentOf(JsonMembers members) {
+std::string foreignDocumentOf(const Json::Value& members, const std::string& indentation) {
   Json::StreamWriterBuilder style;
-  style["indentation"] = "  ";
+  style["indentation"] = indentation;
   style["emitUTF8"] = true;
   style["enableYAMLCompatibility"] = true;  // No blank before a colon.
-  return Json::writeString(style, *JsonValue(std::move(members)).value_) + "\n";
+  return validUtf8(Json::writeString(style, members)) + "\n";
 }
 
-std::optional<std::string> textMemberOf(const std::string& document, const char* name) {
-  const std::unique_ptr<Json::CharReader> reader(Json::CharReaderBuilder().newCharReader());
+std::optional<Json::Value> documentIn(const std::string& text) {
+  Json::CharReaderBuilder style;
+  style["failIfExtra"] = true;
+  const std::unique_ptr<Json::CharReader> reader(style.newCharReader());
   Json::Value root;
   try {
-    const char* const begin = document.data();
-    if (!reader->parse(begin, begin + document.size(), &root, nullptr)) return std::nullopt;
+    const char* const begin = text.data();
+    if (!reader->parse(begin, begin + text.size(), &root, nullptr)) return std::nullopt;
   } catch (const Json::Exception&) {  // Nested too deeply.
     return std::nullopt;
   }
-  if (!root.isObject() || !root[name].isString()) return std::nullopt;
-  return root[name].asString();
+  if (!root.isObject()) return std::nullopt;
+  return root;
 }

@@ -1,51 +1,34 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <cstdint>
-#include <memory>
+#include <json/value.h>
+
 #include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
-namespace Json {
-class Value;
+// JSON documents, made of jsoncpp's values. Their texts may hold any bytes.
+
+// The array of what `make` returns for each element.
+template <typename Elements, typename Make>
+Json::Value arrayOf(const Elements& elements, const Make& make) {
+  Json::Value array(Json::arrayValue);
+  for (const auto& element : elements) array.append(make(element));
+  return array;
 }
 
-class JsonValue;
+Json::Value arrayOf(const std::vector<std::string>& texts);
 
-// The members of an object, to be filled one by one.
-using JsonMembers = std::vector<std::pair<const char*, JsonValue>>;
+// The version of the command's formats, which changes when a member is renamed, removed or gets
+// another meaning.
+constexpr unsigned kFormatVersion = 1;
 
-// A value of a JSON document. Only json.cpp includes the library that writes it.
-class JsonValue {
- public:
-  // NOLINTBEGIN(google-explicit-constructor): members are written as {"name", value}.
-  JsonValue(bool value);
-  JsonValue(uint32_t value);
-  JsonValue(uint64_t value);
-  JsonValue(const char* text);
-  // A byte that is no UTF-8 becomes U+FFFD: files may hold any bytes, JSON is UTF-8.
-  JsonValue(const std::string& text);
-  JsonValue(const std::vector<std::string>& texts);
-  JsonValue(std::vector<JsonValue> elements);
-  JsonValue(JsonMembers members);
-  // NOLINTEND(google-explicit-constructor)
+// The document with this version.
+std::string documentOf(Json::Value members);
 
- private:
-  friend std::string foreignDocumentOf(JsonMembers members);
+// A document without a version of ours, in one line if `indentation` is empty. A byte that is no
+// UTF-8 becomes U+FFFD.
+std::string foreignDocumentOf(const Json::Value& members, const std::string& indentation = "  ");
 
-  Json::Value take();
-
-  std::shared_ptr<Json::Value> value_;
-};
-
-// A whole document with these members and the version of the command's formats, which changes when
-// a member is renamed, removed or gets another meaning.
-std::string documentOf(JsonMembers members);
-
-// A whole document of a format that others define.
-std::string foreignDocumentOf(JsonMembers members);
-
-// The text of a document's member; nothing when there is no such text.
-std::optional<std::string> textMemberOf(const std::string& document, const char* name);
+// The object that is the whole of a document; nothing when there is none.
+std::optional<Json::Value> documentIn(const std::string& text);

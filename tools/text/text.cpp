@@ -2,6 +2,7 @@
 #include "tools/text/text.h"
 
 #include <algorithm>
+#include <sstream>
 
 namespace {
 
@@ -22,15 +23,6 @@ bool isForbidden(uint8_t first, uint8_t second) {
          (first == 0xF0 && second < 0x90) || (first == 0xF4 && second > 0x8F);
 }
 
-// At least `least` digits.
-std::string digitsOf(uint32_t number, size_t least, const char* set) {
-  std::string digits;
-  for (; number != 0 || digits.size() < least; number /= 16) {
-    digits.insert(digits.begin(), set[number % 16]);
-  }
-  return digits;
-}
-
 }  // namespace
 
 size_t characterLength(const std::string& text, size_t at) {
@@ -44,26 +36,17 @@ size_t characterLength(const std::string& text, size_t at) {
   return length;
 }
 
-bool isControl(uint8_t byte) {
-  return byte < 0x20 || byte == 0x7F;
-}
-
 std::string hex(uint32_t number, int digits) {
-  return "0x" + digitsOf(number, static_cast<size_t>(digits), "0123456789ABCDEF");
+  return StringPrintf("0x%0*X", digits, number);
 }
 
 std::string hexByte(uint8_t byte) {
-  return digitsOf(byte, 2, "0123456789abcdef");
+  return StringPrintf("%02x", byte);
 }
 
 std::string padded(const std::string& text, size_t width) {
   const size_t wide = widthOf(text);
   return wide >= width ? text : text + std::string(width - wide, ' ');
-}
-
-std::string paddedLeft(const std::string& text, size_t width) {
-  const size_t wide = widthOf(text);
-  return wide >= width ? text : std::string(width - wide, ' ') + text;
 }
 
 std::string printable(const std::string& text) {
@@ -72,49 +55,88 @@ std::string printable(const std::string& text) {
     const size_t length = characterLength(text, at);
     const auto byte = static_cast<uint8_t>(text[at]);
     // U+0080 to U+009F are control characters too.
-    const bool is_control = isControl(byte) || (byte == 0xC2 && length == 2 &&
-                                                static_cast<uint8_t>(text[at + 1]) < 0xA0);
-    if (byte == '\t') {
-      out += ' ';
-    } else if (length == 0 || is_control) {
-      out += "\\x" + hexByte(byte);
-    } else {
-      out.append(text, at, length);
-    }
-    at += length == 0 || is_control ? 1 : length;
+    const bool is_control =
+        byte < 0x20 || byte == 0x7F || (byte == 0xC2 && static_cast<uint8_t>(text[at + 1]) < 0xA0);
+    const bool is_mark = text.compare(at, 3, "\xEF\xBB\xBF") == 0;  // Of the byte order: unseen.
+    const bool escapes = length == 0 || is_control || is_mark;
+    out += byte == '\t' ? " " : escapes ? "\\x" + hexByte(byte) : text.substr(at, length);
+    at += escapes ? 1 : length;
   }
   return out;
 }
 
 size_t widthOf(const std::string& printable_text) {
-  size_t width = 0;
-  for (const char c : printable_text) {
-    if (!isContinuation(c)) ++width;
-  }
-  return width;
+  const auto begin = printable_text.begin();
+  return printable_text.size() -
+         static_cast<size_t>(std::count_if(begin, printable_text.end(), isContinuation));
 }
 
-std::vector<std::string> split(const std::string& text, char separator) {
-  std::vector<std::string> parts;
-  for (size_t begin = 0; begin < text.size();) {
-    const size_t end = std::min(text.find(separator, begin), text.size());
-    parts.push_back(text.substr(begin, end - begin));
-    begin = end + 1;
-  }
-  return parts;
+std::vector<std::string> linesOf(const std::string& text) {
+  std::vector<std::string> lines;
+  std::istringstream input(text);
+  for (std::string line; std::getline(input, line);) lines.push_back(line);
+  return lines;
 }
 
-std::string joined(const std::vector<std::string>& parts, const std::string& between) {
-  std::string all;
+std::string wrapped(const std::vector<std::string>& parts, size_t indent, size_t width) {
+  std::string out;
+  size_t column = indent;
   for (const std::string& part : parts) {
-    if (&part != &parts.front()) all += between;
-    all += part;
+    const size_t wide = widthOf(part) + 1;  // With the comma.
+    const bool fits = out.empty() || column + 1 + wide <= width;
+    if (!out.empty()) out += fits ? ", " : ",\n" + std::string(indent, ' ');
+    column = (fits && !out.empty() ? column + 1 : indent) + wide;
+    out += part;
   }
-  return all;
+  return out;
+}
+
+std::vector<std::string> wordsIn(const std::string& list) {
+  std::vector<std::string> words;
+  for (const std::string& part : Split(list, ",")) {
+    words.push_back(android::base::Trim(part));
+    if (words.back().empty()) words.pop_back();
+  }
+  return words;
 }
 
 std::string counted(size_t count, const std::string& thing) {
   return std::to_string(count) + " " + thing + (count == 1 ? "" : "s");
+}
+
+size_t editDistance(const std::string& a, const std::string& b, size_t limit) {
+  if (std::max(a.size(), b.size()) - std::min(a.size(), b.size()) > limit) return limit + 1;
+  std::vector<size_t> row(b.size() + 1);
+  for (size_t j = 0; j < row.size(); ++j) row[j] = j;
+  for (size_t i = 1; i <= a.size(); ++i) {
+    size_t diagonal = row[0];
+    row[0] = i;
+    for (size_t j = 1; j < row.size(); ++j) {
+      const size_t replaced = diagonal + (a[i - 1] == b[j - 1] ? 0 : 1);
+      diagonal = row[j];
+      row[j] = std::min({row[j] + 1, row[j - 1] + 1, replaced});
+    }
+  }
+  return row.back();
+}
+
+std::string nearestOf(const std::string& word, const std::vector<std::string>& candidates) {
+  // Up to two characters may differ, in a long word a quarter of it, but at most six.
+  size_t best = std::max<size_t>(2, std::min<size_t>(word.size() / 4, 6)) + 1;
+  std::string nearest;
+  for (const std::string& candidate : candidates) {
+    const size_t d = editDistance(word, candidate, best);
+    if (d >= best) continue;
+    best = d;
+    nearest = candidate;
+  }
+  return nearest;
+}
+
+std::string suggestion(const std::string& word, const std::vector<std::string>& candidates,
+                       const std::string& otherwise) {
+  const std::string nearest = nearestOf(word, candidates);
+  return nearest.empty() ? otherwise : "; did you mean '" + nearest + "'?";
 }
 
 std::string Paint::with(const std::string& code, const std::string& text) const {

@@ -1,9 +1,18 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <android-base/stringprintf.h>
+#include <android-base/strings.h>
+
 #include <cstdint>
 #include <string>
 #include <vector>
+
+using android::base::EndsWith;
+using android::base::Join;
+using android::base::Split;
+using android::base::StartsWith;
+using android::base::StringPrintf;
 
 // 0x and at least `digits` upper-case hexadecimal digits.
 std::string hex(uint32_t number, int digits);
@@ -11,14 +20,11 @@ std::string hex(uint32_t number, int digits);
 // Two lower-case digits, as in a dump.
 std::string hexByte(uint8_t byte);
 
-// The text with blanks after it, or before it, until it is `width` characters wide.
+// The text with blanks after it until it is `width` characters wide.
 std::string padded(const std::string& text, size_t width);
-std::string paddedLeft(const std::string& text, size_t width);
 
 // The number of bytes of the UTF-8 character at `at`; 0 when there is none.
 size_t characterLength(const std::string& text, size_t at);
-
-bool isControl(uint8_t byte);
 
 // The text without anything that a terminal acts on: a tab becomes one blank, a control character
 // or a byte that is no UTF-8 becomes \xNN.
@@ -27,13 +33,28 @@ std::string printable(const std::string& text);
 // How many characters wide a printable text is.
 size_t widthOf(const std::string& printable_text);
 
-// The parts between the separators; none of an empty text.
-std::vector<std::string> split(const std::string& text, char separator);
+// The lines of a text as the library reads them.
+std::vector<std::string> linesOf(const std::string& text);
 
-std::string joined(const std::vector<std::string>& parts, const std::string& between);
+// The parts with commas between them, in lines that end before `width` and all begin at `indent`,
+// as the first does where it will stand.
+std::string wrapped(const std::vector<std::string>& parts, size_t indent, size_t width);
+
+// The words between the commas, without white space around them; none that is empty.
+std::vector<std::string> wordsIn(const std::string& list);
 
 // "1 file", "2 files".
 std::string counted(size_t count, const std::string& thing);
+
+// Levenshtein's distance; more than `limit` when the lengths alone differ by more.
+size_t editDistance(const std::string& a, const std::string& b, size_t limit);
+
+// The candidate that was probably meant by a misspelt `word`; empty when none is near.
+std::string nearestOf(const std::string& word, const std::vector<std::string>& candidates);
+
+// "; did you mean 'nearest'?"; `otherwise` when none is near.
+std::string suggestion(const std::string& word, const std::vector<std::string>& candidates,
+                       const std::string& otherwise = "");
 
 // Writes text in colours, or plain.
 class Paint {
@@ -45,8 +66,6 @@ class Paint {
   std::string dim(const std::string& text) const { return with("2", text); }
   std::string red(const std::string& text) const { return with("1;31", text); }
   std::string green(const std::string& text) const { return with("1;32", text); }
-  std::string magenta(const std::string& text) const { return with("1;35", text); }
-  std::string cyan(const std::string& text) const { return with("1;36", text); }
   // `code` is a list of numbers of the terminal's "select graphic rendition".
   std::string with(const std::string& code, const std::string& text) const;
 

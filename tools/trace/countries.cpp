@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <set>
+#include <stdexcept>
 
 #include "loader/lib.h"
 #include "loader/path_file.h"
@@ -13,52 +14,48 @@
 
 namespace {
 
-bool endsWith(const std::string& text, const std::string& end) {
-  return text.size() >= end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
-}
-
-void addCountriesOf(const std::string& entry, std::set<std::string>& codes,
-                    std::set<std::string>& others) {
+void addNamesOf(const std::string& entry, std::set<std::string>& names) {
   if (CalibPath::findCountryCodeComponent(entry) == entry.npos) return;
   const PlaceholderPart part = placeholderPartOf(entry);
-  for (const std::string& name : namesIn(part.directory.empty() ? "." : part.directory)) {
+  for (const std::string& name : namesIn(part.directory)) {
     const std::string code = codeIn(name, part);
     // A code in capitals is lowered before it comes here, so only some names are ever looked for.
     if (code.empty() || code.find('.') != code.npos || CalibPath::lowercase(code) != code) continue;
-    if (tracePath(pathOf(entry, code)).kind == FileKind::Missing) continue;
-    (isCountryCode(code) ? codes : others).insert(code);
+    if (tracePath(pathOf(entry, code)).kind != FileKind::Missing) names.insert(code);
   }
-}
-
-std::string codeFor(const std::string& word) {
-  if (word == "other") return kOtherCountry;
-  return word == "none" ? "" : CalibPath::lowercase(word);
 }
 
 }  // namespace
 
 TreeCountries countriesOfTree() {
-  std::set<std::string> codes;
-  std::set<std::string> others;
+  std::set<std::string> names;
   for (const std::string& path : build_paths()) {
     const std::string content = read_text_file(path).value_or("");
     std::string_view rest = content;
-    for (std::string entry; next_entry(rest, entry);) addCountriesOf(entry, codes, others);
+    for (std::string entry; next_entry(rest, entry);) addNamesOf(entry, names);
   }
-  others.erase(CalibPath::kDefaultCountry);
-  others.erase(CalibPath::kUnknownCountry);
-  return {{codes.begin(), codes.end()}, {others.begin(), others.end()}};
+  names.erase(CalibPath::kDefaultCountry);
+  names.erase(CalibPath::kUnknownCountry);
+  TreeCountries countries;
+  for (const std::string& name : names) {
+    (isCountryCode(name) ? countries.codes : countries.others).push_back(name);
+  }
+  return countries;
 }
 
-std::vector<std::string> countriesToLoad(const std::string& list) {
+std::vector<std::string> countriesToLoad(const std::optional<std::string>& list) {
   std::vector<std::string> countries;
-  if (list.empty()) {
+  if (!list.has_value()) {
     countries = countriesOfTree().codes;
     countries.insert(countries.end(), {kOtherCountry, ""});
+    return countries;
   }
-  for (const std::string& word : split(list, ',')) {
-    if (!word.empty()) countries.push_back(codeFor(word));
+  for (const std::string& word : wordsIn(*list)) {
+    const std::string country = countryCalled(word);
+    const bool is_new = std::find(countries.begin(), countries.end(), country) == countries.end();
+    if (is_new) countries.push_back(country);
   }
+  if (countries.empty()) throw std::runtime_error("--countries names no load: '" + *list + "'");
   return countries;
 }
 
@@ -77,8 +74,13 @@ std::string countryTitle(const std::string& country) {
 }
 
 std::string countryWord(const std::string& country) {
-  if (country.empty()) return "none";
-  return country == kOtherCountry ? "other" : CalibPath::lowercase(country);
+  if (country.empty()) return kNoneWord;
+  return country == kOtherCountry ? kOtherWord : CalibPath::lowercase(country);
+}
+
+std::string countryCalled(const std::string& word) {
+  if (word == kOtherWord) return kOtherCountry;
+  return word == kNoneWord ? "" : CalibPath::lowercase(word);
 }
 
 std::string pathOf(const std::string& entry, const std::string& country) {
@@ -99,7 +101,7 @@ PlaceholderPart placeholderPartOf(const std::string& entry) {
 std::string codeIn(const std::string& name, const PlaceholderPart& part) {
   const size_t around = part.before.size() + part.after.size();
   const bool matches =
-      name.size() > around && name.compare(0, part.before.size(), part.before) == 0;
-  if (!matches || !endsWith(name, part.after)) return {};
+      name.size() > around && StartsWith(name, part.before) && EndsWith(name, part.after);
+  if (!matches) return {};
   return name.substr(part.before.size(), name.size() - around);
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -19,8 +20,9 @@ struct TreeCountries {
 // in the placeholder's place in the names of files.
 TreeCountries countriesOfTree();
 
-// "us,de,other,none": exactly these. An empty list: all of the tree, any other, and none.
-std::vector<std::string> countriesToLoad(const std::string& list);
+// "us,de,other,none": exactly these, each once; std::runtime_error where there are none. Without a
+// list: all of the tree, any other, and none.
+std::vector<std::string> countriesToLoad(const std::optional<std::string>& list);
 
 // Two small letters.
 bool isCountryCode(const std::string& text);
@@ -31,8 +33,13 @@ std::string countryName(const std::string& country);
 // "country de", and else as above.
 std::string countryTitle(const std::string& country);
 
-// As it is written in a list: "de", "other", "none".
+// As it is written in a list: a country's code, or one of these.
+constexpr const char* kOtherWord = "other";
+constexpr const char* kNoneWord = "none";
 std::string countryWord(const std::string& country);
+
+// The country of such a word.
+std::string countryCalled(const std::string& word);
 
 // The entry with the country in place of its placeholder.
 std::string pathOf(const std::string& entry, const std::string& country);

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "tools/device/library_log.h"
+#include "tools/device/device_library.h"
 
 // A line of a device's log.
 struct DeviceLogLine {

@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tools/trace/load_trace.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <exception>
-#include <sstream>
 
+#include "grammar/white_space.h"
 #include "loader/calib_loading.h"
 #include "loader/calib_parser.h"
 #include "loader/calib_path.h"
@@ -16,8 +17,9 @@
 #include "output/calib_converter.h"
 #include "schema/antenna_selection_pattern.h"
 #include "schema/pattern.h"
+#include "tools/device/device_library.h"
 #include "tools/device/files.h"
-#include "tools/device/library_log.h"
+#include "tools/text/text.h"
 
 namespace {
 
@@ -45,9 +47,8 @@ TracedEntry traceEntry(size_t number, const std::string& text, const std::string
 
 TracedPathFile tracePathFile(const std::string& path, const std::string& country,
                              std::vector<calibration>& calibrations) {
-  TracedPathFile traced{tracePath(path), {}};
-  const std::string content = read_text_file(path).value_or("");
-  std::string_view rest = content;
+  TracedPathFile traced{tracePath(path), read_text_file(path).value_or(""), {}};
+  std::string_view rest = traced.content;
   for (std::string text; next_entry(rest, text);) {
     traced.entries.push_back(traceEntry(traced.entries.size() + 1, text, country, calibrations));
   }
@@ -67,7 +68,7 @@ std::vector<calibration> tracePathFiles(LoadTrace& trace) {
 
 // The tree of the antennas' names with a record of its own: that of AntennaSelectionPattern keeps
 // the names of the load before. A name that no text gives is "?", so that the rest can be followed.
-void select(LoadTrace& trace, const std::vector<calibration>& calibrations) {
+void selectAntennas(LoadTrace& trace, const std::vector<calibration>& calibrations) {
   const LogCapture log;
   antenna_selection& names = trace.selection;
   names = {"?", "?"};
@@ -80,58 +81,38 @@ void select(LoadTrace& trace, const std::vector<calibration>& calibrations) {
   tree.toBuffer(kMostSignificantByteFirst);
 }
 
-void addParameters(LoadTrace& trace, const SchemaProbe& probe, Pass pass) {
-  std::vector<const Parameter*> facts(probe.keys().size());
-  if (pass == Pass::Calibration) facts = parametersFor(trace.selection);
-  for (size_t i = 0; i < probe.keys().size(); ++i) {
-    trace.parameters.push_back({probe.keys()[i], pass, {}, facts.at(i)});
+void addParameters(LoadTrace& trace, const SchemaProbe& selection, const SchemaProbe& calibration) {
+  for (const std::string& key : selection.keys()) {
+    trace.parameters.push_back({key, Pass::Selection, {}, nullptr});
+  }
+  const std::vector<const Parameter*> facts = parametersFor(trace.selection);
+  for (size_t i = 0; i < facts.size(); ++i) {
+    trace.parameters.push_back({calibration.keys().at(i), Pass::Calibration, {}, facts[i]});
   }
 }
 
 // Follows the lines of one file through both passes.
-class FileTracer {
- public:
-  FileTracer(const SchemaProbe& selection, const SchemaProbe& calibration)
-      : selection_(selection), calibration_(calibration) {}
-
-  TracedFile follow(const calibration& file) const {
-    TracedFile traced{file.path, file.content, {}};
-    bool failed[2] = {};
-    for (const std::string& text : linesOf(file.content)) {
-      TracedLine line;
-      line.number = traced.lines.size() + 1;
-      line.text = text;
-      if (!names(line, selection_, Pass::Selection, 0)) {
-        // The parameters of the second tree come after those of the first.
-        names(line, calibration_, Pass::Calibration, selection_.keys().size());
-      }
-      bool& pass_failed = failed[static_cast<size_t>(line.pass)];
-      line.lost = line.parameter.has_value() && pass_failed;
-      if (line.effect.kind == LineEffect::Kind::Fails) pass_failed = true;
-      traced.lines.push_back(std::move(line));
+TracedFile follow(const calibration& file, const SchemaProbe& selection,
+                  const SchemaProbe& calibration) {
+  TracedFile traced{file.path, file.content, {}};
+  bool failed[2] = {};
+  for (const std::string& text : linesOf(file.content)) {
+    TracedLine line{traced.lines.size() + 1, text, Pass::Selection, {}, selection.feed(text)};
+    if (!line.effect.namesParameter()) {
+      line.effect = calibration.feed(text);
+      line.pass = Pass::Calibration;
     }
-    return traced;
+    if (line.effect.namesParameter()) {
+      // The parameters of the second tree come after those of the first.
+      const size_t first = line.pass == Pass::Selection ? 0 : selection.keys().size();
+      line.parameter = first + line.effect.parameter;
+      bool& pass_failed = failed[static_cast<size_t>(line.pass)];
+      line.lost = pass_failed;
+      pass_failed = pass_failed || line.effect.kind == LineEffect::Kind::Fails;
+    }
+    traced.lines.push_back(std::move(line));
   }
-
- private:
-  static bool names(TracedLine& line, const SchemaProbe& probe, Pass pass, size_t first) {
-    line.effect = probe.feed(line.text);
-    if (!line.effect.namesParameter()) return false;
-    line.pass = pass;
-    line.parameter = first + line.effect.parameter;
-    return true;
-  }
-
-  const SchemaProbe& selection_;
-  const SchemaProbe& calibration_;
-};
-
-void addSettings(LoadTrace& trace, size_t file) {
-  const std::vector<TracedLine>& lines = trace.files[file]->lines;
-  for (size_t i = 0; i < lines.size(); ++i) {
-    if (lines[i].lost || lines[i].effect.kind != LineEffect::Kind::Sets) continue;
-    trace.parameters[*lines[i].parameter].settings.push_back({file, i});
-  }
+  return traced;
 }
 
 void noteMissing(LoadTrace& trace, const std::vector<calibration>& calibrations) {
@@ -142,14 +123,8 @@ void noteMissing(LoadTrace& trace, const std::vector<calibration>& calibrations)
   pattern.validate(trace.missing, {});
 }
 
-Bytes blockOf(const ccc_params& params) {
-  Bytes block(sizeof(params));
-  std::memcpy(block.data(), &params, sizeof(params));
-  return block;
-}
-
 // The result comes from the library, not from the lines that were followed.
-void finish(LoadTrace& trace, const std::vector<calibration>& calibrations) {
+void makeBlock(LoadTrace& trace, const std::vector<calibration>& calibrations) {
   ccc_calib calib{};
   const ParseResult result = parse_calibrations(calibrations, trace.deciding().path, calib);
   if (result != ParseResult::ValidCalibration) {
@@ -158,42 +133,45 @@ void finish(LoadTrace& trace, const std::vector<calibration>& calibrations) {
     return;
   }
   try {
-    trace.block = blockOf(CalibConverter::convert(calib));
+    const ccc_params params = CalibConverter::convert(calib);
+    const auto* const bytes = reinterpret_cast<const uint8_t*>(&params);
+    trace.block.emplace(bytes, bytes + sizeof(params));
   } catch (const std::exception& e) {
+    trace.refused = true;
     trace.problem = e.what();
   }
 }
 
 // What was not opened may hold anything.
-void noteUnopened(LoadTrace& trace, const TracedPath& path) {
-  if (path.kind != FileKind::Special) return;
-  trace.unknown = true;
-  trace.block.reset();
-  trace.problem = "what the device does is unknown: " + problemOf(path);
-}
-
 void noteUnopened(LoadTrace& trace) {
+  const auto note = [&](const TracedPath& path) {
+    if (path.kind != FileKind::Special) return;
+    trace.unknown = true;
+    trace.block.reset();
+    trace.problem = "what the device does is unknown: " + path.problem;
+  };
   for (const TracedPathFile& file : trace.path_files) {
-    noteUnopened(trace, file);
+    note(file);
     for (const TracedEntry& entry : file.entries) {
-      noteUnopened(trace, entry.own);
-      noteUnopened(trace, entry.last());
+      note(entry.own);
+      note(entry.last());
     }
   }
 }
 
-std::string kindOf(mode_t mode) {
-  return S_ISFIFO(mode) ? "a pipe" : S_ISSOCK(mode) ? "a socket" : "a device";
-}
-
 }  // namespace
 
-const TracedParameter& LoadTrace::parameterOf(const TracedLine& line) const {
-  return parameters.at(line.parameter.value());
-}
-
-std::string LoadTrace::placeText(const LineRef& ref) const {
-  return files[ref.file]->path + ":" + std::to_string(at(ref).number);
+size_t LoadTrace::valueIn(const TracedLine& line) const {
+  const std::string& key = parameterOf(line).key;
+  size_t after = line.text.find('=') + 1;
+  // An antenna's name may contain '='.
+  for (auto more = std::count(key.begin(), key.end(), '='); more > 0; --more) {
+    after = line.text.find('=', after) + 1;
+  }
+  const auto begin = line.text.begin();
+  return static_cast<size_t>(
+      std::find_if_not(begin + static_cast<ptrdiff_t>(after), line.text.end(), isWhiteSpace) -
+      begin);
 }
 
 LoadTrace LoadTracer::trace(const std::string& country) {
@@ -201,10 +179,10 @@ LoadTrace LoadTracer::trace(const std::string& country) {
   trace.country = CalibPath::lowercase(country);
   const std::vector<calibration> calibrations = tracePathFiles(trace);
   if (trace.decided) {
-    select(trace, calibrations);
+    selectAntennas(trace, calibrations);
     followFiles(trace, calibrations);
     noteMissing(trace, calibrations);
-    finish(trace, calibrations);
+    makeBlock(trace, calibrations);
   } else {
     trace.problem = "no path file names a calibration file that can be read";
   }
@@ -215,68 +193,46 @@ LoadTrace LoadTracer::trace(const std::string& country) {
 void LoadTracer::followFiles(LoadTrace& trace, const std::vector<calibration>& calibrations) {
   const SchemaProbe selection = selectionProbe();
   const SchemaProbe calibration = calibrationProbe(trace.selection);
-  addParameters(trace, selection, Pass::Selection);
-  addParameters(trace, calibration, Pass::Calibration);
-  const FileTracer tracer(selection, calibration);
+  addParameters(trace, selection, calibration);
   for (const ::calibration& file : calibrations) {
     std::shared_ptr<const TracedFile>& traced =
         files_[{file.path, trace.selection.ch5, trace.selection.ch9}];
-    if (traced == nullptr) traced = std::make_shared<TracedFile>(tracer.follow(file));
+    if (traced == nullptr) {
+      traced = std::make_shared<TracedFile>(follow(file, selection, calibration));
+    }
     trace.files.push_back(traced);
-    addSettings(trace, trace.files.size() - 1);
   }
-}
-
-LoadTrace traceLoad(const std::string& country) {
-  return LoadTracer().trace(country);
+  trace.forEachLine([&](const LineRef& ref, const TracedLine& line) {
+    if (line.lost || line.effect.kind != LineEffect::Kind::Sets) return;
+    trace.parameters[*line.parameter].settings.push_back(ref);
+  });
 }
 
 TracedPath tracePath(const std::string& path) {
   const std::optional<struct stat> status = statusOf(path);
   if (status.has_value() && isSpecial(*status)) {
-    return {path, FileKind::Special, kindOf(status->st_mode)};
+    const mode_t mode = status->st_mode;
+    const std::string kind = S_ISFIFO(mode) ? "a pipe" : S_ISSOCK(mode) ? "a socket" : "a device";
+    return {path, FileKind::Special, path + " is " + kind};
   }
-  if (status.has_value() && S_ISDIR(status->st_mode)) return {path, FileKind::Directory, {}};
+  if (status.has_value() && S_ISDIR(status->st_mode)) {
+    return {path, FileKind::Directory, path + " is a directory"};
+  }
   if (status.has_value() && canBeOpened(path)) {
-    return {path, status->st_size == 0 ? FileKind::Empty : FileKind::Text, {}};
+    if (status->st_size == 0) return {path, FileKind::Empty, path + " is empty"};
+    return {path, FileKind::Text, {}};
   }
-  const int reason = errno;
-  if (reason != ENOENT && reason != ENOTDIR) {
-    return {
-        path, FileKind::Unreadable,
-        reason == EXDEV ? "a link leads out of the folder of its --map" : std::strerror(reason)};
+  const int error = errno;
+  std::string reason = std::strerror(error);
+  if (error == EXDEV) reason = "a link leads out of the folder of its --map";
+  if (error == ENOENT || error == ENOTDIR) {
+    const std::string target = linkAt(path);
+    if (target.empty()) return {path, FileKind::Missing, "there is no " + path};
+    reason = "it is a link to " + target + ", which does not exist";
   }
-  const std::string target = linkAt(path);
-  if (target.empty()) return {path, FileKind::Missing, {}};
-  return {path, FileKind::Unreadable, "it is a link to " + target + ", which does not exist"};
-}
-
-std::string problemOf(const TracedPath& path) {
-  switch (path.kind) {
-    case FileKind::Text:
-      return {};
-    case FileKind::Empty:
-      return path.path + " is empty";
-    case FileKind::Directory:
-      return path.path + " is a directory";
-    case FileKind::Missing:
-      return "there is no " + path.path;
-    case FileKind::Special:
-      return path.path + " is " + path.reason;
-    case FileKind::Unreadable:
-      return "cannot read " + path.path + ": " + path.reason;
-  }
-  return {};
+  return {path, FileKind::Unreadable, "cannot read " + path + ": " + reason};
 }
 
 std::string whyNotRead(const TracedEntry& entry) {
-  const std::string own = problemOf(entry.own);
-  return entry.fallback.has_value() ? own + ", and " + problemOf(*entry.fallback) : own;
-}
-
-std::vector<std::string> linesOf(const std::string& text) {
-  std::vector<std::string> lines;
-  std::istringstream input(text);
-  for (std::string line; std::getline(input, line);) lines.push_back(line);
-  return lines;
+  return entry.own.problem + (entry.fallback.has_value() ? ", and " + entry.fallback->problem : "");
 }

@@ -21,8 +21,8 @@ enum class Pass { Selection, Calibration };
 struct TracedLine {
   size_t number = 0;  // Counted from 1.
   std::string text;
-  Pass pass = Pass::Selection;      // Of the parameter that the line names, if any,
-  std::optional<size_t> parameter;  // and its index in LoadTrace::parameters.
+  Pass pass = Pass::Selection;      // The one that `parameter` belongs to.
+  std::optional<size_t> parameter;  // What the line names: an index in LoadTrace::parameters.
   LineEffect effect;
   bool lost = false;  // The device stopped reading the file at an earlier line in this pass.
 };
@@ -40,7 +40,7 @@ enum class FileKind { Text, Empty, Directory, Missing, Special, Unreadable };
 struct TracedPath {
   std::string path;
   FileKind kind = FileKind::Missing;
-  std::string reason;  // "a pipe" for Special, "Permission denied" for Unreadable.
+  std::string problem;  // "there is no PATH"; nothing for a text.
 };
 
 struct TracedEntry {
@@ -56,6 +56,7 @@ struct TracedEntry {
 };
 
 struct TracedPathFile : TracedPath {
+  std::string content;
   std::vector<TracedEntry> entries;
 };
 
@@ -83,14 +84,21 @@ struct LoadTrace {
   std::vector<std::string> missing;         // As the device reports them.
   std::optional<Bytes> block;
   bool unknown = false;  // A file was not opened, so that a device may do otherwise.
+  bool refused = false;  // A selector has a number that the converter refuses.
   std::string problem;   // Why there is no block.
 
   const TracedPathFile& deciding() const { return path_files.back(); }
   const TracedLine& at(const LineRef& ref) const { return files[ref.file]->lines[ref.line]; }
   // The parameter that the line names, which must name one.
-  const TracedParameter& parameterOf(const TracedLine& line) const;
-  // "path:number"
-  std::string placeText(const LineRef& ref) const;
+  const TracedParameter& parameterOf(const TracedLine& line) const {
+    return parameters.at(line.parameter.value());
+  }
+  // Where the value begins in the line, which must name a parameter.
+  size_t valueIn(const TracedLine& line) const;
+  // The value that the parameter has, which a line must set.
+  const std::string& valueOf(const TracedParameter& parameter) const {
+    return at(parameter.settings.back()).effect.value;
+  }
   // Calls `visit` for every line of every file.
   template <typename Visit>
   void forEachLine(const Visit& visit) const {
@@ -115,15 +123,7 @@ class LoadTracer {
   std::map<std::array<std::string, 3>, std::shared_ptr<const TracedFile>> files_;
 };
 
-LoadTrace traceLoad(const std::string& country);
-
 TracedPath tracePath(const std::string& path);
-
-// "there is no PATH", "PATH is a directory", "cannot read PATH: Permission denied".
-std::string problemOf(const TracedPath& path);
 
 // Why nothing was read for an entry: "there is no a, and there is no b", "cannot read a: reason".
 std::string whyNotRead(const TracedEntry& entry);
-
-// The lines of a text as the library reads them.
-std::vector<std::string> linesOf(const std::string& text);

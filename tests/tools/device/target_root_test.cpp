@@ -16,15 +16,17 @@
 
 namespace {
 
-std::string textOf(const Descriptor& file) {
+using android::base::unique_fd;
+
+std::string textOf(const unique_fd& file) {
   char text[64];
-  const ssize_t length = file.isOpen() ? read(file.number(), text, sizeof(text)) : -1;
+  const ssize_t length = file.ok() ? read(file, text, sizeof(text)) : -1;
   return length < 0 ? "none" : std::string(text, static_cast<size_t>(length));
 }
 
 // What the C library's open() gives this thread.
 std::string openedText(const std::string& path) {
-  return textOf(Descriptor(open(path.c_str(), O_RDONLY | O_CLOEXEC)));
+  return textOf(unique_fd(open(path.c_str(), O_RDONLY | O_CLOEXEC)));
 }
 
 // A target's tree in the host's folder `target`. Names that both trees have hold "host" in the
@@ -44,12 +46,23 @@ class TargetRootTest : public testing::Test {
   }
 
   static std::string read(const TargetRoot& root, const std::string& path) {
-    return textOf(Descriptor(root.open(path, O_RDONLY | O_CLOEXEC)));
+    return textOf(unique_fd(root.open(path, O_RDONLY | O_CLOEXEC)));
   }
 
   // The reason for which the path cannot be opened; 0 when it can.
   static int failure(const TargetRoot& root, const std::string& path, int flags = O_RDONLY) {
-    return Descriptor(root.open(path, flags)).isOpen() ? 0 : errno;
+    return unique_fd(root.open(path, flags)).ok() ? 0 : errno;
+  }
+
+  // Why there is no such tree; empty when there is one.
+  static std::string complaint(const std::string& directory, const std::string& start,
+                               const std::vector<std::string>& maps = {}) {
+    try {
+      const TargetRoot root(directory, start, maps);
+      return {};
+    } catch (const std::runtime_error& e) {
+      return e.what();
+    }
   }
 
   const TemporaryTree host_;
@@ -134,14 +147,6 @@ TEST_F(TargetRootTest, NoDirectoryIsTheHostsTree) {
 }
 
 TEST_F(TargetRootTest, WhatIsNoDirectoryIsToldInOneLine) {
-  const auto complaint = [](const std::string& directory, const std::string& start) {
-    try {
-      const TargetRoot root(directory, start);
-    } catch (const std::runtime_error& e) {
-      return std::string(e.what());
-    }
-    return std::string();
-  };
   EXPECT_EQ(complaint("gone", "/"), "cannot make gone the root: No such file or directory");
   EXPECT_EQ(complaint("name", "/"), "cannot make name the root: Not a directory");
   EXPECT_EQ(complaint("target", "/gone"), "cannot make target the root: No such file or directory");
@@ -167,32 +172,30 @@ TEST_F(TargetRootTest, FoldersOfTheHostTakeThePlaceOfTheTrees) {
   EXPECT_EQ(failure(root, "/vendor/etcetera"), ENOENT);
   EXPECT_EQ(failure(root, ""), ENOENT);
   EXPECT_EQ(failure(root, "/vendor/etc/", O_RDONLY | O_DIRECTORY), 0);
+  EXPECT_EQ(failure(root, "/vendor/etc", O_RDONLY | O_DIRECTORY), 0);
   EXPECT_EQ(root.hostPath("/vendor/etc/uwb/name"), "sources/uwb/name");
   EXPECT_EQ(root.hostPath("/vendor/uwb/name"), "target/data//uwb/name");
   EXPECT_EQ(root.hostPath("./name"), "target/name");
+  EXPECT_EQ(root.hostPath("/.hidden/name"), "target/.hidden/name");
+  EXPECT_EQ(read(TargetRoot("", "/", {"//vendor/./etc=sources"}), "/vendor/etc/uwb/name"),
+            "mapped");
 }
 
 TEST_F(TargetRootTest, WithoutARootThereIsOnlyWhatIsMapped) {
-  const TargetRoot root("", "/", {"/data=target/data"});
+  const TargetRoot root("", "/", {"/data/=target/data"});
   EXPECT_EQ(read(root, "/data/uwb/name"), "nested");
   EXPECT_EQ(failure(root, host_.root() + "/name"), ENOENT);
   EXPECT_EQ(failure(root, "name"), ENOENT);
 }
 
 TEST_F(TargetRootTest, WhatIsNoMapIsToldInOneLine) {
-  const auto complaint = [](const std::string& map) {
-    try {
-      const TargetRoot root("target", "/", {map});
-    } catch (const std::runtime_error& e) {
-      return std::string(e.what());
-    }
-    return std::string();
-  };
-  for (const char* map : {"target", "data=target", "=target", ""}) {
-    EXPECT_EQ(complaint(map), "--map takes /PATH=FOLDER, not '" + std::string(map) + "'");
+  for (const char* map : {"target", "data=target", "=target", "", "/data"}) {
+    EXPECT_EQ(complaint("target", "/", {map}),
+              "--map takes /PATH=DIR, not '" + std::string(map) + "'");
   }
-  EXPECT_EQ(complaint("/data=gone"), "cannot use gone for --map: No such file or directory");
-  EXPECT_EQ(complaint("/data=name"), "cannot use name for --map: Not a directory");
+  EXPECT_EQ(complaint("target", "/", {"/data=gone"}),
+            "cannot use gone for --map: No such file or directory");
+  EXPECT_EQ(complaint("target", "/", {"/data=name"}), "cannot use name for --map: Not a directory");
 }
 
 TEST_F(TargetRootTest, RedirectedReadsAreThoseOfTheTree) {
@@ -202,7 +205,7 @@ TEST_F(TargetRootTest, RedirectedReadsAreThoseOfTheTree) {
     const OpenRedirect redirect(root);
     EXPECT_EQ(openedText("name"), "target");
     EXPECT_EQ(openedText("only_host"), "none");
-    EXPECT_EQ(textOf(Descriptor(open("/name", O_RDONLY | O_LARGEFILE))), "target");
+    EXPECT_EQ(textOf(unique_fd(open("/name", O_RDONLY | O_LARGEFILE))), "target");
   }
   EXPECT_EQ(openedText("name"), "host");
 }
@@ -212,11 +215,14 @@ TEST_F(TargetRootTest, OpensThatWriteAreNotRedirected) {
   const TargetRoot root("target");
   const OpenRedirect redirect(root);
   const mode_t mask = umask(0);
-  EXPECT_TRUE(Descriptor(open("made", O_RDWR | O_CREAT, 0640)).isOpen());
-  EXPECT_TRUE(Descriptor(open("read_made", O_RDONLY | O_CREAT, 0604)).isOpen());
-  EXPECT_TRUE(Descriptor(open("only_host", O_WRONLY)).isOpen());
-  EXPECT_TRUE(Descriptor(open("only_host", O_RDWR)).isOpen());
-  EXPECT_TRUE(Descriptor(open("only_host", O_RDONLY | O_TRUNC)).isOpen());
+  EXPECT_TRUE(unique_fd(open("made", O_RDWR | O_CREAT, 0640)).ok());
+  EXPECT_TRUE(unique_fd(open("read_made", O_RDONLY | O_CREAT, 0604)).ok());
+  EXPECT_TRUE(unique_fd(open("only_host", O_WRONLY)).ok());
+  EXPECT_TRUE(unique_fd(open("only_host", O_RDWR)).ok());
+  EXPECT_TRUE(unique_fd(open("only_host", O_RDONLY | O_TRUNC)).ok());
+  // A file without a name, where the file system has such.
+  const unique_fd nameless(open(".", O_RDWR | O_TMPFILE, 0600));
+  EXPECT_TRUE(nameless.ok() || errno == EOPNOTSUPP);
   umask(mask);
   struct stat status {};
   EXPECT_EQ(stat("made", &status), 0);
@@ -224,6 +230,25 @@ TEST_F(TargetRootTest, OpensThatWriteAreNotRedirected) {
   EXPECT_EQ(stat("read_made", &status), 0);
   EXPECT_EQ(status.st_mode & 0777U, 0604U);
   EXPECT_NE(stat("target/made", &status), 0);
+}
+
+// Whoever only looks opens what has an end; where a path leads can be asked of anything.
+TEST_F(TargetRootTest, SpecialFilesAreOpenedOnRequest) {
+  ASSERT_EQ(mkfifo("target/pipe", 0600), 0);
+  const TargetRoot root("target");
+  const auto opens = [](const char* path, int flags) {
+    return unique_fd(open(path, flags)).ok() ? 0 : errno;
+  };
+  {
+    const OpenRedirect redirect(root, OpenRedirect::Opens::NoSpecialFiles);
+    EXPECT_EQ(opens("pipe", O_RDONLY | O_NONBLOCK), ENXIO);
+    EXPECT_EQ(opens("pipe", O_PATH), 0);
+    EXPECT_EQ(opens("name", O_RDONLY), 0);
+    EXPECT_EQ(opens("data", O_RDONLY), 0);
+    EXPECT_EQ(opens("gone", O_RDONLY), ENOENT);
+  }
+  const OpenRedirect redirect(root);
+  EXPECT_EQ(opens("pipe", O_RDONLY | O_NONBLOCK), 0);
 }
 
 TEST_F(TargetRootTest, TheCLibrarysOwnOpensAreNotRedirected) {

@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tools/lint/checks.h"
+
+#include <algorithm>
+#include <numeric>
+
+namespace {
+
+// A file and the loads that read it with the same antennas.
+struct SharedFile {
+  const TracedFile* file;
+  std::vector<size_t> loads;
+};
+
+std::vector<SharedFile> filesOf(const std::vector<LoadTrace>& traces) {
+  std::vector<SharedFile> files;
+  std::map<const TracedFile*, size_t> indices;
+  for (size_t load = 0; load < traces.size(); ++load) {
+    for (const auto& file : traces[load].files) {
+      const auto [index, is_new] = indices.try_emplace(file.get(), files.size());
+      if (is_new) files.push_back({file.get(), {}});
+      files[index->second].loads.push_back(load);
+    }
+  }
+  return files;
+}
+
+Lines linesTakenIn(const std::vector<SharedFile>& files) {
+  Lines taken;
+  for (const SharedFile& shared : files) {
+    for (const TracedLine& line : shared.file->lines) {
+      if (line.parameter.has_value()) taken.emplace(shared.file->path, line.number);
+    }
+  }
+  return taken;
+}
+
+void checkFile(const LoadTrace& trace, const TracedFile& traced, const Lines& taken,
+               Findings& findings) {
+  const CheckedFile file{trace, traced, taken, findings};
+  // A byte order mark makes the first key another one.
+  const std::string& text = traced.content;
+  const std::string first_key = hasByteOrderMark(text) ? text.substr(3, text.find('=') - 3) : "";
+  checkText(traced.path, text, first_key, findings);
+  checkLines(file);
+  checkValues(file);
+}
+
+}  // namespace
+
+Findings findingsOf(const std::vector<LoadTrace>& traces) {
+  Findings findings;
+  std::vector<size_t> all(traces.size());
+  std::iota(all.begin(), all.end(), 0);
+  for (const size_t load : all) {
+    findings.setLoads({load});
+    checkPathFiles(traces[load], findings);
+  }
+  const std::vector<SharedFile> files = filesOf(traces);
+  const Lines taken = linesTakenIn(files);
+  for (const SharedFile& shared : files) {
+    findings.setLoads(shared.loads);
+    checkFile(traces[shared.loads.front()], *shared.file, taken, findings);
+  }
+  for (const size_t load : all) {
+    findings.setLoads({load});
+    checkParameters(traces[load], findings);
+    checkOutcome(traces[load], load, findings);
+  }
+  findings.setLoads(all);
+  checkUnreadFiles(traces, findings);
+  return findings;
+}
+
+std::string CheckedFile::keyIn(const std::string& line) const {
+  for (const SchemaProbe* probe : {&selection, &calibration}) {
+    const LineEffect effect = probe->feed(line);
+    if (effect.namesParameter()) return probe->keys()[effect.parameter];
+  }
+  return {};
+}
+
+void CheckedFile::add(Rule rule, const TracedLine& line, size_t at, const std::string& message,
+                      const std::vector<std::string>& explains) const {
+  findings.add({rule, placeIn(file.path, line, at), message, explains});
+}
+
+size_t afterBlanks(const std::string& text, size_t at) {
+  return std::min(text.find_first_not_of(kBlanks, at), text.size());
+}
+
+std::string shortened(const std::string& word) {
+  constexpr size_t kMost = 60;
+  return word.size() <= kMost ? word : word.substr(0, kMost) + "...";
+}
