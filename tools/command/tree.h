@@ -14,6 +14,8 @@ class Tree {
   // Throws std::runtime_error, one line, when the tree cannot be used or lacks the path file.
   Tree(const std::string& root, const Options& options,
        OpenRedirect::Opens opens = OpenRedirect::Opens::AllFiles);
+  // Spelt out: some callers use nothing of a Tree but its lifetime.
+  ~Tree() = default;
 
   const TargetRoot& root() const { return root_; }
 
