@@ -74,13 +74,16 @@ TEST(BlockReader, RefusesWhatIsNoBlock) {
   EXPECT_EQ(refusal(""), "no block: the input is empty");
   EXPECT_EQ(refusal(" \n"), "no block: the input is empty");
   EXPECT_EQ(refusal(std::string(83, '\0')), "no block: 83 bytes, a block has 82");
-  EXPECT_EQ(refusal("{\"bytes\": " + std::string(80, '1') + "}"),
-            "no block: 91 bytes, a block has 82");
-  EXPECT_EQ(refusal(std::string(2000, '[')), "no block: 2000 bytes, a block has 82");
-  EXPECT_EQ(refusal("{\"a\":" + std::string(2000, '[')), "no block: 2005 bytes, a block has 82");
-  EXPECT_EQ(refusal("[1]"), "");
-  EXPECT_EQ(refusal("{\"bytes\": \"" + std::string(80, 'g') + "\"}"),
-            "no block: 93 bytes, a block has 82");
+  const std::string no_format = "no block: a text, but in no format that build writes";
+  const std::string cut_json = "no block: the JSON document is not whole";
+  EXPECT_EQ(refusal("xtal_trim=40\n"), no_format);
+  EXPECT_EQ(refusal("[1]"), no_format);
+  EXPECT_EQ(refusal(std::string(2000, '[')), no_format);
+  EXPECT_EQ(refusal("{\"bytes\": 12}"), no_format);
+  EXPECT_EQ(refusal("{\"bytes\": \"gg\"}"), no_format);
+  EXPECT_EQ(refusal("int a[] = { 0x1g };"), no_format);
+  EXPECT_EQ(refusal("{\"bytes\": \"00\""), cut_json);
+  EXPECT_EQ(refusal("{\"a\":" + std::string(2000, '[')), cut_json);
   EXPECT_EQ(refusal("da3"), "hexadecimal text, but no two digits at character 3");
   EXPECT_EQ(refusal("0x"), "hexadecimal text, but no two digits at character 3");
   EXPECT_EQ(refusal("d x"), "hexadecimal text, but no two digits at character 1");

@@ -424,7 +424,7 @@ class DiffOfRecords(CompareTest):
                    "format_version 1")
         no_record = "certified.json is not as 'matrix --format json' writes it"
         for bad, message in (
-                (text[:-20], "certified.json is no whole JSON document"),
+                (text[:-20], "certified.json: no block: the JSON document is not whole"),
                 ('{"a": 1}', neither),
                 (text.replace('"format_version": 1', '"format_version": 2'), neither),
                 (text.replace('"format_version": 1', '"format_version": "1"'), neither),

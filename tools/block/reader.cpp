@@ -57,27 +57,27 @@ std::string bytesOfCArray(const std::string& source) {
   return list.substr(0, list.find('}'));
 }
 
-// The hexadecimal text in a text of any format; nothing when the input is none.
-std::optional<std::string> hexTextIn(const std::string& input) {
-  if (!isText(input)) return std::nullopt;
-  if (isHexText(input)) return input;
-  std::optional<std::string> digits;
-  if (StartsWith(input, "{")) {
-    const Json::Value document = documentIn(input).value_or(Json::objectValue);
-    if (document["bytes"].isString()) digits = document["bytes"].asString();
-  } else if (StartsWith(input, kDumpHead)) {
-    digits = bytesOfDump(input);
-  } else if (input.find('{') != input.npos) {
-    digits = bytesOfCArray(input);
+// The hexadecimal text in a text of any format.
+std::string hexTextIn(const std::string& text) {
+  std::string digits = text;
+  if (StartsWith(text, "{")) {
+    const std::optional<Json::Value> document = documentIn(text);
+    if (!document.has_value()) throw std::runtime_error("no block: the JSON document is not whole");
+    digits = (*document)["bytes"].isString() ? (*document)["bytes"].asString() : text;
+  } else if (StartsWith(text, kDumpHead)) {
+    digits = bytesOfDump(text);
+  } else if (text.find('{') != text.npos) {
+    digits = bytesOfCArray(text);
   }
-  return digits.has_value() && isHexText(*digits) ? digits : std::nullopt;
+  if (isHexText(digits)) return digits;
+  throw std::runtime_error("no block: a text, but in no format that build writes");
 }
 
 }  // namespace
 
 Bytes readBlock(const std::string& input) {
-  const std::optional<std::string> text = hexTextIn(input);
-  Bytes bytes = text.has_value() ? readHexText(*text) : Bytes(input.begin(), input.end());
+  const Bytes bytes =
+      isText(input) ? readHexText(hexTextIn(input)) : Bytes(input.begin(), input.end());
   if (bytes.empty()) throw std::runtime_error("no block: the input is empty");
   if (bytes.size() > kBlockSize) {
     throw std::runtime_error("no block: " + std::to_string(bytes.size()) + " bytes, a block has " +

@@ -72,9 +72,7 @@ std::optional<Side> sideInFile(const std::string& file) {
   try {
     state["blocks"][0]["bytes"] = hexOf(readBlock(input));
   } catch (const std::runtime_error& e) {
-    const bool is_json = StartsWith(input, "{") && !document.has_value();
-    throw std::runtime_error(
-        file + (is_json ? " is no whole JSON document" : std::string(": ") + e.what()));
+    throw std::runtime_error(file + ": " + e.what());
   }
   Json::Value& load = state["countries"][0];
   load["valid"] = true;
