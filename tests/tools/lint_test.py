@@ -602,6 +602,8 @@ class Trees(CommandTest):
         maps = ("--map", "/vendor/etc/uwb=device", "--map", "/vendor/etc=tree/vendor/etc")
         result = run("lint", *maps, cwd=self.folder)
         self.golden("trees/map", result.stdout + result.stderr)
+        turned = run("lint", *maps[2:], *maps[:2], cwd=self.folder)
+        self.assertEqual(turned.stdout, result.stdout)
         result = run("lint", "--root", "tree", *maps[:2], "--format", "sarif", cwd=self.folder)
         uris = re.findall(rb'"uri": "(.*)"', result.stdout)
         self.assertEqual(uris, [b"tree/vendor/etc/uwb_calib_paths.conf", b"device/more.conf"])
@@ -610,6 +612,19 @@ class Trees(CommandTest):
         self.assertEqual(built.stdout[:4].decode(),
                          json.loads(explained.stdout)["fields"][0]["bytes"].replace(" ", ""))
         self.fails(run("lint", "--map", "device"), "--map takes /PATH=DIR, not 'device'")
+        twice = run("lint", "--map", "/etc/uwb=device", "--map", "/etc=tree", "--map", "/etc//uwb/=tree",
+                    cwd=self.folder)
+        self.fails(twice, "--map is given twice for /etc/uwb/")
+
+    def test_a_country_of_a_map_of_its_own(self):
+        """A country's folder may come from elsewhere: its name is in no listing."""
+        (self.uwb / "de").rename(self.folder / "france")
+        self.edit(self.folder / "france/calib.conf", "patch", "path")
+        mapped = ("--map", "/vendor/etc/uwb/fr=france")
+        for more in (("--root", "tree"), ("--map", "/=tree"), ("--map", "/vendor/etc=tree/vendor/etc")):
+            result = run("lint", *mapped, *more, cwd=self.folder)
+            self.assertIn(b"france/calib.conf:1:1: error: ", result.stdout)
+            self.assertIn(b": 3 loads (1 country, any", result.stderr)
 
     def test_severities_that_fail(self):
         self.edit(self.uwb / "more.conf", "40", "040")

@@ -8,6 +8,8 @@
 #include <climits>
 #include <memory>
 
+#include "tools/device/open_redirect.h"
+
 using android::base::unique_fd;
 
 std::optional<struct stat> statusOf(const std::string& path) {
@@ -34,7 +36,7 @@ bool canBeOpened(const std::string& path) {
 }
 
 std::vector<std::string> namesIn(const std::string& directory) {
-  std::vector<std::string> names;
+  std::vector<std::string> names = mapsIn(directory);
   const char* const path = directory.empty() ? "." : directory.c_str();
   const int file = open(path, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   const std::unique_ptr<DIR, int (*)(DIR*)> stream(file < 0 ? nullptr : fdopendir(file), closedir);

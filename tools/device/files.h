@@ -21,6 +21,6 @@ std::string linkAt(const std::string& path);
 // Whether the file can be opened for reading; the reason is in errno when not.
 bool canBeOpened(const std::string& path);
 
-// The names in a directory, the current one for an empty path, in no order; none when it cannot be
-// read.
+// The names in a directory, the current one for an empty path, in no order; those of maps
+// alone when it cannot be read.
 std::vector<std::string> namesIn(const std::string& directory);

@@ -47,6 +47,10 @@ OpenRedirect::~OpenRedirect() {
   root_of_thread = nullptr;
 }
 
+std::vector<std::string> mapsIn(const std::string& directory) {
+  return root_of_thread == nullptr ? std::vector<std::string>() : root_of_thread->mapsIn(directory);
+}
+
 // The C library's headers declare open() in more than one way: inline, or under the name of
 // open64(). The others are what programs call that are built for large files, and those that are
 // built with the C library's checks.

@@ -17,3 +17,6 @@ class OpenRedirect {
   OpenRedirect(const OpenRedirect&) = delete;
   OpenRedirect& operator=(const OpenRedirect&) = delete;
 };
+
+// The names that the maps of that root add to the directory.
+std::vector<std::string> mapsIn(const std::string& directory);

@@ -32,10 +32,10 @@ std::string normal(const std::string& path) {
 }  // namespace
 
 PathMap::PathMap(const std::string& text)
-    : device_(normal(text.substr(0, text.find('=')))),
+    : device_(normal(text.substr(0, text.find('=')) + "/.")),
       host_(text.substr(std::min(text.find('=') + 1, text.size()))),
       folder_(openat(AT_FDCWD, host_.c_str(), kDirectory)) {
-  if (device_[0] != '/' || text.find('=') == text.npos) {
+  if (text[0] != '/' || text.find('=') == text.npos) {
     throw std::runtime_error("--map takes /PATH=DIR, not '" + text + "'");
   }
   require(folder_, "use " + host_ + " for --map");
@@ -44,10 +44,15 @@ PathMap::PathMap(const std::string& text)
 std::optional<std::string> PathMap::below(const std::string& path) const {
   if (path.empty()) return std::nullopt;
   const std::string absolute = normal("/" + path);
+  if (absolute + "/" == device_) return "";
   if (absolute.compare(0, device_.size(), device_) != 0) return std::nullopt;
-  const std::string rest = absolute.substr(device_.size());
-  if (!rest.empty() && rest[0] != '/' && device_.back() != '/') return std::nullopt;
-  return rest.substr(std::min(rest.find_first_not_of('/'), rest.size()));
+  return absolute.substr(device_.size());
+}
+
+std::string PathMap::nameIn(const std::string& directory) const {
+  const std::string folder = normal("/" + directory + "/.");
+  if (device_.compare(0, folder.size(), folder) != 0) return {};
+  return device_.substr(folder.size(), device_.find('/', folder.size()) - folder.size());
 }
 
 int PathMap::open(const std::string& below, int flags) const {
@@ -61,11 +66,26 @@ TargetRoot::TargetRoot(const std::string& directory, const std::string& working_
       directory_(directory.empty() ? kNone : openat(AT_FDCWD, directory.c_str(), kDirectory)),
       relative_to_(working_directory == "/" ? "" : working_directory + "/") {
   for (const std::string& map : maps) maps_.emplace_back(map);
+  maps_.sort([](const PathMap& a, const PathMap& b) { return a.device() > b.device(); });
+  const auto twice = std::adjacent_find(
+      maps_.begin(), maps_.end(),
+      [](const PathMap& a, const PathMap& b) { return a.device() == b.device(); });
+  if (twice != maps_.end()) {
+    throw std::runtime_error("--map is given twice for " + twice->device());
+  }
   if (directory.empty()) return;
   require(directory_, "make " + directory + " the root");
   const android::base::unique_fd start(
       openInRoot(directory_, working_directory.c_str(), kDirectory));
   require(start, "make " + directory + " the root");
+}
+
+std::vector<std::string> TargetRoot::mapsIn(const std::string& directory) const {
+  std::vector<std::string> names;
+  for (const PathMap& map : maps_) {
+    if (const std::string name = map.nameIn(directory); !name.empty()) names.push_back(name);
+  }
+  return names;
 }
 
 std::string TargetRoot::hostPath(const std::string& path) const {
