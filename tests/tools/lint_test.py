@@ -661,16 +661,19 @@ class Trees(CommandTest):
             b"more.conf, --ignore octal-number:/more.conf\n"), shown)
 
     def test_comment_that_names_no_rule(self):
-        for name, word, advice in (
-                ("octal-nummer", "octal-nummer", "; did you mean 'octal-number'?"),
-                ("octal-number, no-equal", "octal-number,", "; did you mean 'octal-number'?"),
-                ("everything", "everything", ": lint --help lists the rules"),
-                ("", "", ": name a rule of those that lint --help lists")):
+        nothing = ", so this comment silences nothing"
+        meant = f"{nothing}; did you mean 'octal-number'?"
+        for name, message in (
+                ("octal-nummer", f"there is no rule 'octal-nummer'{meant}"),
+                ("octal-number, no-equal", f"there is no rule 'octal-number,'{meant}"),
+                ("everything", f"there is no rule 'everything'{nothing}: lint --help lists the rules"),
+                ("", f"there is no rule ''{nothing}: name a rule of those that lint --help lists"),
+                ("no-block", "no-block cannot be ignored; --countries says which loads count")):
             with self.subTest(name):
                 self.write("more.conf", f"# lint-ignore {name}\nxtal_trim=040\n")
                 shown = self.lint().decode()
-                self.assertIn(f"more.conf:1:15: warning: there is no rule '{word}', so this comment "
-                              f"silences nothing{advice} (in all 3 loads) [unknown-rule]\n", shown)
+                self.assertIn(f"more.conf:1:15: warning: {message} (in all 3 loads) [unknown-rule]\n",
+                              shown)
                 self.assertIn("more.conf:2:11: warning: '040' is octal", shown)
 
     def test_lines_that_are_lost(self):

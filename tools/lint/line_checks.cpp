@@ -5,6 +5,7 @@
 
 #include "grammar/line_reader.h"
 #include "tools/lint/checks.h"
+#include "tools/lint/suppressions.h"
 #include "tools/text/text.h"
 
 namespace {
@@ -31,10 +32,9 @@ void checkComment(const CheckedFile& file, const TracedLine& line) {
   if (line.text.substr(std::min(begin, line.text.size()), end - begin) != kSilencer) return;
   const size_t at = afterBlanks(line.text, end);
   const std::string name = line.text.substr(at, line.text.find_first_of(kBlanks, at) - at);
-  if (const std::optional<Rule> rule = ruleCalled(name)) {
-    file.findings.silence(*rule, file.file.path, line.number + 1);
-    return;
-  }
+  const std::optional<Rule> rule = ruleCalled(name);
+  if (rule == Rule::NoBlock) return file.add(Rule::UnknownRule, line, at, kAlwaysTold);
+  if (rule.has_value()) return file.findings.silence(*rule, file.file.path, line.number + 1);
   const std::string list = name.empty() ? ": name a rule of those that lint --help lists"
                                         : ": lint --help lists the rules";
   file.add(Rule::UnknownRule, line, at,

@@ -17,7 +17,7 @@ std::string wordFor(Severity severity);
   RULE(UnknownKey,          Warning, "unknown-key",           "No parameter has this key")                  \
   RULE(BlankInKey,          Warning, "blank-in-key",          "There is a blank before the '='")            \
   RULE(NoEqual,             Warning, "no-equal",              "Text without '=' that is no comment")        \
-  RULE(UnknownRule,         Warning, "unknown-rule",          "A comment names a rule that does not exist") \
+  RULE(UnknownRule,         Warning, "unknown-rule",          "A comment names no rule to be ignored")       \
   /* Values. */                                                                                             \
   RULE(OutOfRange,          Error,   "out-of-range",          "The number does not fit its parameter")      \
   RULE(UnreadableValue,     Error,   "unreadable-value",      "The value cannot be read")                   \

@@ -8,7 +8,7 @@
 
 void Suppressions::ignore(const std::string& rule_and_path) {
   if (ruleCalled(rule_and_path.substr(0, rule_and_path.find(':'))) == Rule::NoBlock) {
-    throw std::runtime_error("no-block cannot be ignored; --countries says which loads count");
+    throw std::runtime_error(kAlwaysTold);
   }
   if (EndsWith(rule_and_path, ":")) {
     throw std::runtime_error("--ignore takes RULE or RULE:PATH, not '" + rule_and_path + "'");

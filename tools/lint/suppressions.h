@@ -12,6 +12,8 @@
 // What the host calls a file.
 using ShownPath = std::function<std::string(const std::string&)>;
 
+constexpr char kAlwaysTold[] = "no-block cannot be ignored; --countries says which loads count";
+
 // What is left out of a report.
 class Suppressions {
  public:
