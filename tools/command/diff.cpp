@@ -280,7 +280,7 @@ class Plan {
         others.append(word);
     }
     const std::string all = counted(compared_.size(), "load");
-    if (others.empty()) return "in all " + all + ": ";
+    if (others.empty()) return "in " + allLoads(compared_.size()) + ": ";
     if (others.size() >= countries.size()) return "in " + listOf(countries) + ": ";
     return "in " + std::to_string(countries.size()) + " of " + all + ", not in " + listOf(others) +
            ": ";

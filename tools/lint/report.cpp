@@ -61,14 +61,14 @@ std::string countsOf(const std::vector<Group>& groups) {
 
 std::string loadsText(const LintReport& report, const Finding& finding) {
   if (report.loads.size() == 1) return {};
-  const std::string all = std::to_string(report.loads.size()) + " loads";
-  if (finding.loads.size() == report.loads.size()) return " (in all " + all + ")";
+  const size_t all = report.loads.size();
+  if (finding.loads.size() == all) return " (in " + allLoads(all) + ")";
   std::vector<std::string> names;
   for (const size_t load : finding.loads) names.push_back(countryTitle(report.loads[load]));
   if (names.size() <= kMostNames) return " (" + Join(names, ", ") + ")";
   names.resize(kMostNames);
-  return " (" + std::to_string(finding.loads.size()) + " of " + all + ": " + Join(names, ", ") +
-         ", ...)";
+  return StringPrintf(" (%zu of %zu loads: %s, ...)", finding.loads.size(), all,
+                      Join(names, ", ").c_str());
 }
 
 }  // namespace

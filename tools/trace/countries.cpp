@@ -73,6 +73,10 @@ std::string countryTitle(const std::string& country) {
   return (is_code ? "country " : "") + countryName(country);
 }
 
+std::string allLoads(size_t count) {
+  return count == 2 ? "both loads" : "all " + std::to_string(count) + " loads";
+}
+
 std::string countryWord(const std::string& country) {
   if (country.empty()) return kNoneWord;
   return country == kOtherCountry ? kOtherWord : CalibPath::lowercase(country);

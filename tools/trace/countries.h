@@ -33,6 +33,9 @@ std::string countryName(const std::string& country);
 // "country de", and else as above.
 std::string countryTitle(const std::string& country);
 
+// "both loads", "all 3 loads".
+std::string allLoads(size_t count);
+
 // As it is written in a list: a country's code, or one of these.
 constexpr const char* kOtherWord = "other";
 constexpr const char* kNoneWord = "none";
