@@ -441,10 +441,12 @@ class Trees(CommandTest):
     def test_files_that_no_load_reads(self):
         for name in ("fr/calb.conf", "us/Calib.conf", "JP/calib.conf", "de.bak/calib.conf",
                      "common.conf.orig", "readme.txt", "de/notes", "usa/calib.conf",
-                     "common.configuration"):
+                     "common.configuration", "Unknown/calib.conf", "DEFAULT/calib.conf",
+                     "default.bak/calib.conf"):
             self.write(name)
         (self.etc / "uwb_calib_path.conf").write_text("")
         self.is_golden("unread")
+        self.assertNotIn(b"'de.bak'", self.lint("--countries", "de,de.bak"))
 
     def test_unread_file_that_is_like_two_others(self):
         self.edit(self.etc / "uwb_calib_paths.conf", "/more.conf",
@@ -549,6 +551,9 @@ class Trees(CommandTest):
         (self.uwb / "es").mkdir()
         with socket.socket(socket.AF_UNIX) as server, contextlib.chdir(self.uwb / "es"):
             server.bind("calib.conf")
+        # What is read is incomplete, and the converter refuses it: what is not read may mend both.
+        self.edit(self.uwb / "default/calib.conf", "edge.ch9", "#edge.ch9")
+        self.write("more.conf", "xtal_trim=40\nedge.selector_gpio=8\n")
         self.is_golden("pipe")
         matrix = run("matrix", "--root", "tree", cwd=self.folder)
         self.assertEqual(matrix.returncode, 1)

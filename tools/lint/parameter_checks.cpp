@@ -88,7 +88,7 @@ void checkParameters(const LoadTrace& trace, Findings& findings) {
 void checkOutcome(const LoadTrace& trace, size_t load, Findings& findings) {
   std::optional<Findings::Id> cause = checkMissing(trace, load, findings);
   if (trace.block.has_value()) return;
-  if (!cause.has_value() || trace.unknown) {
+  if (!cause.has_value()) {
     cause = findings.causeOf(load, {trace.refused ? kRefusal : kOutcome, kAnyKey});
   }
   findings.add({Rule::NoBlock, {decidingPath(trace)}, "no block: " + trace.problem, {}, {}, cause});

@@ -142,11 +142,13 @@ void makeBlock(LoadTrace& trace, const std::vector<calibration>& calibrations) {
   }
 }
 
-// What was not opened may hold anything.
+// What was not opened may hold anything: what is missing or refused is unknown, too.
 void noteUnopened(LoadTrace& trace) {
   const auto note = [&](const TracedPath& path) {
     if (path.kind != FileKind::Special) return;
     trace.unknown = true;
+    trace.refused = false;
+    trace.missing.clear();
     trace.block.reset();
     trace.problem = "what the device does is unknown: " + path.problem;
   };
