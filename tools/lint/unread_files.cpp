@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <algorithm>
 #include <cctype>
 
 #include "loader/calib_path.h"
@@ -9,13 +10,16 @@
 
 namespace {
 
+bool isSeparator(uint8_t c) {
+  return std::isalnum(c) == 0;
+}
+
 // What to do with a file that may be meant to have the wanted name; empty when it does not seem so.
 std::string adviceFor(const std::string& name, const std::string& wanted) {
   if (name == wanted) return {};
   if (CalibPath::lowercase(name) == CalibPath::lowercase(wanted))
     return "rename it, as capitals count";
-  const bool longer = StartsWith(name, wanted);
-  if (longer && std::isalnum(static_cast<uint8_t>(name[wanted.size()])) == 0)
+  if (StartsWith(name, wanted) && isSeparator(static_cast<uint8_t>(name[wanted.size()])))
     return "remove it if it is an old copy";
   return editDistance(name, wanted, 1) <= 1 ? "rename it if it is misspelt" : "";
 }
@@ -50,11 +54,15 @@ class UnreadFiles {
     const PlaceholderPart part = placeholderPartOf(entry);
     for (const std::string& name : namesIn(part.directory)) {
       const std::string code = codeIn(name, part);
-      const std::string country = CalibPath::lowercase(code.substr(0, 2));
-      if (!isCountryCode(country)) continue;
+      const std::string lowered = CalibPath::lowercase(code);
+      const std::string country(lowered.begin(),
+                                std::find_if(lowered.begin(), lowered.end(), isSeparator));
+      const bool is_word =
+          country == CalibPath::kDefaultCountry || country == CalibPath::kUnknownCountry;
+      if (!is_word && !isCountryCode(country)) continue;
       if (code == country) {
         asked_.insert(pathOf(entry, code));
-      } else if (code.size() == 2 || std::isalnum(static_cast<uint8_t>(code[2])) == 0) {
+      } else if (code != lowered || asked_.count(pathOf(entry, code)) == 0) {
         checkName(part.directory, name, part.before + country + part.after);
       }
     }
