@@ -706,6 +706,23 @@ class Trees(CommandTest):
                 (self.uwb / "more.conf").write_bytes(text + b"\nxtal_trim=40\n")
                 self.assertIn(f"more.conf:{told}", self.lint().decode())
 
+    def test_files_without_lines(self):
+        paths = self.etc / "uwb_calib_paths.conf"
+        for path in (self.uwb / "common.conf", paths):
+            text = path.read_text()
+            utf16 = "the file is UTF-16: save it as UTF-8"
+            for content, message in (
+                    (b"\xff\xfe" + text.encode("utf-16-le"), utf16),
+                    (b"\xfe\xff" + text.encode("utf-16-be"), utf16),
+                    (text.replace("\n", "\r").encode(),
+                     "a carriage return alone ends no line: save the file with line feeds")):
+                with self.subTest(path=path, message=message):
+                    path.write_bytes(content)
+                    (found,) = json.loads(self.lint("-q", "--format", "json"))["findings"]
+                    self.assertEqual((found["rule"], found["message"]), ("not-text", message))
+                    self.assertEqual(found["consequences"][0]["rule"], "no-block")
+            path.write_text(text)
+
     def test_comments_that_speak_of_the_comment_that_silences(self):
         self.write("more.conf", "# see lint-ignore\n# lint-ignored octal-number\n#\nxtal_trim=040\n")
         shown = self.lint().decode()

@@ -41,7 +41,7 @@ void checkFile(const LoadTrace& trace, const TracedFile& traced, const Lines& ta
   // A byte order mark makes the first key another one.
   const std::string& text = traced.content;
   const std::string first_key = hasByteOrderMark(text) ? text.substr(3, text.find('=') - 3) : "";
-  checkText(traced.path, text, first_key, findings);
+  if (!checkText(traced.path, text, first_key, findings)) return;
   checkLines(file);
   checkValues(file);
 }

@@ -42,8 +42,9 @@ void checkLines(const CheckedFile& file);
 // What stands after '=': numbers, their spelling and range, text after them.
 void checkValues(const CheckedFile& file);
 
-// Bytes that are no text. A byte order mark explains that no line sets `first_key`.
-void checkText(const std::string& path, const std::string& content, const std::string& first_key,
+// Bytes that are no text. A byte order mark explains that no line sets `first_key`. Returns false
+// when the file has no lines to check.
+bool checkText(const std::string& path, const std::string& content, const std::string& first_key,
                Findings& findings);
 
 // What the lines make together: selectors, ports, values set twice.

@@ -165,7 +165,7 @@ void checkPathFile(const TracedPathFile& file, Findings& findings) {
   if (file.kind != FileKind::Missing && file.kind != FileKind::Text) {
     findings.add(trouble(file, {file.path}, kAnyKey));
   }
-  checkText(file.path, file.content, kAnyKey, findings);
+  if (!checkText(file.path, file.content, kAnyKey, findings)) return;
   for (const TracedEntry& entry : file.entries) checkEntry(file, entry, findings);
 }
 

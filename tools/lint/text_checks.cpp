@@ -41,14 +41,28 @@ void checkBytes(const std::string& path, const std::string& content, Findings& f
   findings.add({Rule::NotText, first, messageFor(byte, count - 1)});
 }
 
+// Why the file has no lines that can be read; null when it has.
+const char* whyNoLines(const std::string& content) {
+  if (StartsWith(content, "\xFF\xFE") || StartsWith(content, "\xFE\xFF"))
+    return "the file is UTF-16: save it as UTF-8";
+  const bool is_one_line =
+      content.find('\n') == content.npos && content.find('\r') < content.size() - 1;
+  return is_one_line ? "a carriage return alone ends no line: save the file with line feeds"
+                     : nullptr;
+}
+
 }  // namespace
 
 bool hasByteOrderMark(const std::string& text) {
   return StartsWith(text, "\xEF\xBB\xBF");
 }
 
-void checkText(const std::string& path, const std::string& content, const std::string& first_key,
+bool checkText(const std::string& path, const std::string& content, const std::string& first_key,
                Findings& findings) {
+  if (const char* const message = whyNoLines(content)) {
+    findings.add({Rule::NotText, {path}, message, {kAnyKey}});
+    return false;
+  }
   if (hasByteOrderMark(content)) {
     findings.add(
         {Rule::ByteOrderMark,
@@ -58,4 +72,5 @@ void checkText(const std::string& path, const std::string& content, const std::s
          {first_key}});
   }
   checkBytes(path, content, findings);
+  return true;
 }
