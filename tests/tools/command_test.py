@@ -488,6 +488,7 @@ class DeviceLog(CommandTest):
         "year": "2026-11-21 18:40:{s:06.3f} +0100  1234  1240 {p} uwb     : {m}",
         "epoch": "17000000{s:06.3f}  1234  1240 {p} uwb     : {m}",
         "tag like a priority": "11-21 18:40:{s:06.3f}  1234  1240 {p} I       : {m}",
+        "color": "\x1b[38;5;40m11-21 18:40:{s:06.3f}  1234  1240 {p} uwb     : {m}\x1b[0m",
         "long": "[ 11-21 18:40:{s:06.3f}  1234: 1240 {p}/uwb      ]\n{m}\n",
     }
 
@@ -630,7 +631,19 @@ class DeviceLog(CommandTest):
     def test_a_log_that_ends_early_differs(self):
         self.log = self.log[:-1]
         shown = self.explain(self.logcat("threadtime")).stdout
-        self.assertIn(b"\n- (nothing more)\n+ Calibration is invalid, aborting\n", shown)
+        self.assertTrue(shown.endswith(
+            b"\nthe log ends before the load does; the loads differ from line 49 of the log on\n"
+            b"- (nothing more)\n+ Calibration is invalid, aborting\n"), shown)
+
+    def test_a_number_that_the_device_alone_refuses(self):
+        """The log is that of the device, whose C++ library refuses 08."""
+        self.example({"uwb/us/calib.conf": "edge.port=08\n"})
+        result = self.explain("\n".join(self.log))
+        self.assertEqual(result.returncode, 1)
+        self.golden("explain.device_log.number", result.stdout)
+        result = self.explain("\n".join(self.log), "--format", "json")
+        self.assertEqual(json.loads(result.stdout)["refused_by_device"], [
+            {"path": "/vendor/etc/uwb/us/calib.conf", "line": 1, "text": "edge.port=08"}])
 
     def test_wrong_usage(self):
         self.fails(run("explain", "--device-log", "-", stdin=b"E/uwb( 1): something\n"),

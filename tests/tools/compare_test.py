@@ -83,6 +83,28 @@ class Matrix(CompareTest):
                          "no block: us\n    what the device does is unknown: "
                          "/vendor/etc/uwb/us/calib.conf is a pipe\n")
 
+    def test_numbers_that_the_device_alone_refuses_are_told(self):
+        """The blocks shown are not the device's, though lint may not have been asked."""
+        self.copy()
+        for country in ("us", "de"):
+            file = self.tree / "vendor/etc/uwb" / country / "calib.conf"
+            file.write_text("xtal_trim=08\n" + file.read_text())
+        de, us = (f"/vendor/etc/uwb/{country}/calib.conf:1" for country in ("de", "us"))
+        told = "tarnix-uwb-params: the device does otherwise: it cannot read the numbers at "
+        for command, places in ((["matrix", "--root", "tree"], f"{de}, {us}"),
+                                (["build", "-o", "block", "--root", "tree", "--country", "us"], us),
+                                (["diff", "tree", "tree"], f"{de}, {us}"),
+                                (["diff", "--country", "us", EXAMPLES, "tree"], us)):
+            with self.subTest(command=command):
+                result = run(*command, cwd=self.folder)
+                self.assertEqual(result.stderr.decode().splitlines()[-1], told + places)
+                self.assertEqual(run(*command, "-q", cwd=self.folder).stderr, b"")
+        shown = self.shown("explain", "--root", "tree", "--country", "us", "xtal_trim").decode()
+        self.assertTrue(shown.endswith("\n\nThe device cannot read the number, and not what follows "
+                                       f"in the file:\n    {us}: xtal_trim=08\n"), shown)
+        shown = self.shown("explain", "--root", "tree", "--country", "us", "ch5_port").decode()
+        self.assertNotIn("cannot read", shown)
+
     def test_no_load_with_a_block(self):
         self.tree.mkdir()
         self.assertEqual(self.shown("matrix", "--root", "tree", status=1),
@@ -289,6 +311,22 @@ class Diff(CompareTest):
                 self.assertEqual(shown.splitlines()[0], told + "xtal_trim 40 -> 41")
                 shutil.rmtree(self.tree)
 
+    def test_a_line_that_ends_a_file_is_why_a_block_is_lost(self):
+        """Not the lines after it, nor others that differ."""
+        self.copy()
+        common = self.tree / "vendor/etc/uwb/common.conf"
+        common.write_text(common.read_text() + "xtal_trim=400\n")
+        shutil.copytree(self.tree, self.folder / "old")
+        file = self.tree / "vendor/etc/uwb/us/calib.conf"
+        file.write_text("edge.port=300\n" + file.read_text())
+        self.change("common.conf", "ap_coop_mode=1", "ap_coop_mode=2")
+        for sides, text, mark in ((("old", "tree"), "no block any more", "+"),
+                                  (("tree", "old"), "a block now; before", "-")):
+            self.assertEqual(
+                self.diff("--country", "us", *sides).decode(),
+                f"{text}: parameters are missing: patch.ch5.prf64.tx_power, edge.ch9.prf64.tx_power\n"
+                f"  {mark} /vendor/etc/uwb/us/calib.conf:1: edge.port=300\n")
+
     def test_one_country_of_two_trees(self):
         self.change("common.conf", "version=2", "version = 2\nversion=2")
         self.assertEqual(self.diff("--country", "US", EXAMPLES, "tree", status=0), b"")
@@ -445,7 +483,8 @@ class DiffOfRecords(CompareTest):
 
     def test_each_member_of_a_record_is_checked(self):
         valid = self.record.read_text()
-        bare = {"country": "us", "valid": False, "settings": {}, "problem": "none", "missing": []}
+        bare = {"country": "us", "valid": False, "settings": {}, "problem": "none", "missing": [],
+                "failing": [], "refused_by_device": []}
         for place, bad in (
                 (["blocks"], {}), (["lines"], {}), (["countries"], {}),
                 (["blocks", 0, "bytes"], 54), (["countries", 0, "valid"], 1),
@@ -453,6 +492,7 @@ class DiffOfRecords(CompareTest):
                 (["countries", 0, "settings", "xtal_trim"], {}),
                 (["countries", 0, "settings", "xtal_trim", 0], {}),
                 (["countries", 0, "settings", "xtal_trim", 0, 0], "0"),
+                (["countries", 0, "failing"], [1000]), (["countries", 0, "refused_by_device"], 1),
                 (["countries", 0], {**bare, "problem": {}}),
                 (["countries", 0], {**bare, "missing": {}}),
                 (["countries", 0], {**bare, "missing": [7]})):

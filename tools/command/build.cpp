@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tools/block/view.h"
-#include "tools/command/tree.h"
+#include "tools/command/tree_state.h"
 #include "tools/device/device_library.h"
 
 namespace {
@@ -27,5 +27,8 @@ Outcome build(const Options& options, const Paint& /*paint*/) {
   }
   if (failed) return {kFindings, std::nullopt, "no valid calibration: the log says why"};
   const std::string usual = options.to_terminal ? "dump" : "binary";
-  return {kGood, formatted(block, options.format.empty() ? usual : options.format), {}};
+  return {kGood,
+          formatted(block, options.format.empty() ? usual : options.format),
+          {},
+          refusalsIn(stateOf({options.country.value_or("")}, options, library))};
 }

@@ -23,10 +23,11 @@ class Causes {
  public:
   Causes(const LoadTrace& trace, const std::string& message) : trace_(trace), message_(message) {
     for (const TracedPathFile& file : trace.path_files) addEntries(file);
-    trace.forEachLine([&](const LineRef& ref, const TracedLine& line) {
-      const bool fails = line.effect.kind == LineEffect::Kind::Fails && !line.lost;
-      if (fails && namesPath(message, trace.files[ref.file]->path)) add(ref);
-    });
+    for (const auto& refs : {trace.failing(), trace.refusedByDevice()}) {
+      for (const LineRef& ref : refs) {
+        if (namesPath(message, trace.files[ref.file]->path)) add(ref);
+      }
+    }
     const std::string last_word = message.substr(message.rfind(' ') + 1);
     for (const TracedParameter& parameter : trace.parameters) {
       if (parameter.key == last_word && parameter.settings.empty()) addMissing(parameter);
@@ -137,7 +138,11 @@ Json::Value reportOn(const Options& options) {
   report["valid"] = trace.block.has_value();
   report["errors"] = Json::arrayValue;
   const Json::Value difference = firstDifference(load, expected);
-  if (!difference.isNull()) report["difference"] = difference;
+  if (!difference.isNull()) {
+    report["difference"] = difference;
+    report["refused_by_device"] =
+        arrayOf(trace.refusedByDevice(), [&](const LineRef& ref) { return lineJson(trace, ref); });
+  }
   // Lines after the load are the process's other messages.
   if (difference.isNull()) load.lines.resize(expected.size());
   for (const DeviceLogLine& line : load.lines) {
@@ -151,25 +156,28 @@ Json::Value reportOn(const Options& options) {
 }
 
 std::string asText(const Json::Value& report, const Paint& paint) {
-  const auto shown = [](const Json::Value& text) { return printable(text.asString()); };
   std::string out = countryTitle(countryCalled(report["country"].asString())) + ", load in line " +
                     shown(report["log_line"]) + " of the log\n";
   for (const Json::Value& error : report["errors"]) {
     out += paint.red("E " + shown(error["message"])) + "\n";
     for (const Json::Value& cause : error["causes"]) {
-      const std::string path = shown(cause["path"]);
-      out += "    " + (path.empty() ? "" : path + ":" + shown(cause["line"]) + ": ") +
-             shown(cause["text"]) + (cause["not_read"].asBool() ? "  (not read)\n" : "\n");
+      out += "    " + (cause["path"] == "" ? shown(cause["text"]) : lineText(cause)) +
+             (cause["not_read"].asBool() ? "  (not read)\n" : "\n");
     }
   }
   const Json::Value& difference = report["difference"];
   if (difference.isNull()) return out + "the load of the tree logs the same\n";
-  const auto side = [&](const char* name) {
-    return difference[name] == "" ? "(nothing more)" : shown(difference[name]);
-  };
-  return out + "the tree is not the device's: its load differs from line " +
-         shown(difference["log_line"]) + " of the log on\n" + paint.red("- " + side("log")) + "\n" +
-         paint.green("+ " + side("tree")) + "\n";
+  const Json::Value& refused = report["refused_by_device"];
+  const std::string log = shown(difference["log"]);
+  const std::string tree = shown(difference["tree"]);
+  std::string reason = "the tree is not the device's";
+  if (log.empty()) reason = "the log ends before the load does";
+  if (!refused.empty()) reason = "the device cannot read numbers that are read here";
+  out +=
+      reason + "; the loads differ from line " + shown(difference["log_line"]) + " of the log on\n";
+  for (const Json::Value& line : refused) out += "    " + lineText(line) + "\n";
+  return out + paint.red("- " + (log.empty() ? "(nothing more)" : log)) + "\n" +
+         paint.green("+ " + tree) + "\n";
 }
 
 }  // namespace

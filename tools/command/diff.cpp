@@ -52,6 +52,10 @@ struct Side {
     return *found;
   }
 
+  const Json::Value& lineAt(const Json::Value& index) const {
+    return state["lines"][index.asUInt()];
+  }
+
   const Json::Value& at(const std::string& country) const {
     const Json::Value& load = find(countryWord(country));
     if (!load.isNull()) return load;
@@ -151,9 +155,14 @@ class Plan {
     return !compared_.empty() && without_block_.size() == compared_.size();
   }
 
-  // Names the loads that neither side gives a block for; empty when there are none.
+  // What the changes do not tell, in one line.
   std::string remark() const {
-    return without_block_.empty() ? "" : "no block on either side: " + listOf(without_block_);
+    std::vector<std::string> remarks = {refusalsIn(a_.state), refusalsIn(b_.state)};
+    if (!without_block_.empty())
+      remarks.push_back("no block on either side: " + listOf(without_block_));
+    remarks.erase(std::remove(remarks.begin(), remarks.end(), ""), remarks.end());
+    remarks.erase(std::unique(remarks.begin(), remarks.end()), remarks.end());
+    return Join(remarks, "; ");
   }
 
   std::string asText(const Paint& paint) const {
@@ -227,11 +236,33 @@ class Plan {
     json["name"] = "block";
     json["a"] = sideJson(a);
     json["b"] = sideJson(b);
-    Change& change = changeCalled(a["valid"].asBool() ? "no block any more: " + reasonOf(b)
-                                                      : "a block now; before: " + reasonOf(a),
-                                  json, word);
+    const bool loses = a["valid"].asBool();
+    Change& change = changeCalled(
+        loses ? "no block any more: " + reasonOf(b) : "a block now; before: " + reasonOf(a), json,
+        word);
+    const bool told =
+        loses ? addFailing(change, "b", b_, b, a_, a) : addFailing(change, "a", a_, a, b_, b);
+    if (told) return;
     for (const std::string& name : a["settings"].getMemberNames()) addLines(change, a, b, name);
     for (const std::string& name : b["settings"].getMemberNames()) addLines(change, a, b, name);
+  }
+
+  // The lines that end the reading of a file only where there is no block. What else differs
+  // follows from them.
+  static bool addFailing(Change& change, const char* name, const Side& side,
+                         const Json::Value& load, const Side& other_side,
+                         const Json::Value& other) {
+    bool found = false;
+    for (const Json::Value& index : load["failing"]) {
+      const Json::Value& line = side.lineAt(index);
+      const bool in_both = std::any_of(
+          other["failing"].begin(), other["failing"].end(),
+          [&](const Json::Value& at) { return other_side.lineAt(at)["text"] == line["text"]; });
+      if (in_both) continue;
+      addOnce(line, name, change.lines);
+      found = true;
+    }
+    return found;
   }
 
   // The change with this text, now also of this country.
@@ -262,7 +293,7 @@ class Plan {
   // The last of the lines; null where there is none.
   static const Json::Value& winnerOf(const Side& side, const Json::Value& indexes) {
     return indexes.empty() ? Json::Value::nullSingleton()
-                           : side.state["lines"][indexes[indexes.size() - 1].asUInt()];
+                           : side.lineAt(indexes[indexes.size() - 1]);
   }
 
   static void addOnce(const Json::Value& line, const char* side, Json::Value& lines) {
@@ -288,10 +319,7 @@ class Plan {
 
   static std::vector<std::string> textsOf(const Json::Value& lines) {
     std::vector<std::string> texts;
-    for (const Json::Value& line : lines) {
-      texts.push_back(printable(line["path"].asString() + ":" + line["line"].asString() + ": " +
-                                line["text"].asString()));
-    }
+    for (const Json::Value& line : lines) texts.push_back(lineText(line));
     if (texts.size() > kMostLines) {
       texts.resize(kMostLines);
       texts.push_back("and " + std::to_string(lines.size() - kMostLines) + " more");

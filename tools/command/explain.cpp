@@ -113,6 +113,11 @@ Json::Value fieldsJson(const LoadTrace& trace, const Names& names) {
 }
 
 void addLines(const LoadTrace& trace, const Names& names, Json::Value& json) {
+  json["refused_by_device"] = Json::arrayValue;
+  for (const LineRef& ref : trace.refusedByDevice()) {
+    const bool is_wanted = names.have(trace.parameterOf(trace.at(ref)));
+    if (is_wanted) json["refused_by_device"].append(lineJson(trace, ref));
+  }
   for (const char* list : {"failing", "lost", "dropped"}) json[list] = Json::arrayValue;
   trace.forEachLine([&](const LineRef& ref, const TracedLine& line) {
     const bool is_wanted =
@@ -140,14 +145,6 @@ Json::Value explanationOf(const LoadTrace& trace, const Names& names) {
   }
   addLines(trace, names, json);
   return json;
-}
-
-std::string shown(const Json::Value& text) {
-  return printable(text.asString());
-}
-
-std::string lineText(const Json::Value& line) {
-  return shown(line["path"]) + ":" + shown(line["line"]) + ": " + shown(line["text"]);
 }
 
 std::string pathFileText(const Json::Value& file) {
@@ -201,9 +198,12 @@ std::string asText(const Json::Value& json, const LoadTrace& trace, const Paint&
     if (field.isMember("source")) out += "    " + shown(field["source"]) + "\n";
     for (const Json::Value& parameter : field["parameters"]) out += parameterText(parameter, paint);
   }
-  out += listText(paint.bold("The device stops reading a file at:"), json["failing"]) +
-         listText(paint.bold("Not read after it:"), json["lost"]) +
-         listText(paint.bold("No parameter has the key of:"), json["dropped"]);
+  out +=
+      listText(paint.bold("The device stops reading a file at:"), json["failing"]) +
+      listText(paint.bold("Not read after it:"), json["lost"]) +
+      listText(paint.bold("The device cannot read the number, and not what follows in the file:"),
+               json["refused_by_device"]) +
+      listText(paint.bold("No parameter has the key of:"), json["dropped"]);
   if (!trace.block.has_value()) {
     out += "\n" + paint.red("no block: " + shown(json["problem"])) + "\n";
   }

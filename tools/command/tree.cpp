@@ -19,3 +19,11 @@ Json::Value lineJson(const LoadTrace& trace, const LineRef& ref) {
   json["text"] = trace.at(ref).text;
   return json;
 }
+
+std::string shown(const Json::Value& text) {
+  return printable(text.asString());
+}
+
+std::string lineText(const Json::Value& line) {
+  return shown(line["path"]) + ":" + shown(line["line"]) + ": " + shown(line["text"]);
+}

@@ -29,3 +29,7 @@ Json::Value lintJson(const Options& options, const TargetRoot& root);
 
 // {path, line, text}
 Json::Value lineJson(const LoadTrace& trace, const LineRef& ref);
+
+// A printable text of a document, and "path:line: text" of what lineJson has made.
+std::string shown(const Json::Value& text);
+std::string lineText(const Json::Value& line);

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <list>
 #include <map>
+#include <set>
 #include <stdexcept>
 #include <utility>
 
@@ -61,8 +62,10 @@ class StateMaker {
     for (const TracedParameter& parameter : trace.parameters) {
       const bool is_name = parameter.facts == nullptr;
       json["settings"][is_name ? parameter.key : parameter.facts->field().name].append(
-          linesOf(parameter, trace));
+          indexesOf(parameter.settings, trace));
     }
+    json["failing"] = indexesOf(trace.failing(), trace);
+    json["refused_by_device"] = indexesOf(trace.refusedByDevice(), trace);
     if (load.block.empty()) {
       // A library other than the command's own may refuse what the trace accepts.
       json["problem"] = trace.problem.empty() ? "the library gives no block" : trace.problem;
@@ -92,9 +95,9 @@ class StateMaker {
   }
 
   // Most lines are shared: a load has their indexes.
-  Json::Value linesOf(const TracedParameter& parameter, const LoadTrace& trace) {
+  Json::Value indexesOf(const std::vector<LineRef>& refs, const LoadTrace& trace) {
     Json::Value indexes(Json::arrayValue);
-    for (const LineRef& ref : parameter.settings) {
+    for (const LineRef& ref : refs) {
       Json::Value line = lineJson(trace, ref);
       line["value"] = valueOf(trace, trace.at(ref));
       const auto place = std::make_pair(line["path"].asString(), line["line"].asUInt());
@@ -126,12 +129,14 @@ void checkLine(const Json::Value& line) {
   require(line["text"].isString());
 }
 
+void checkIndexes(const Json::Value& indexes, const Json::Value& lines) {
+  for (const Json::Value& index : array(indexes)) checkLine(lines[index.asUInt()]);
+}
+
 void checkSettings(const Json::Value& settings, const Json::Value& lines) {
   require(settings.isObject());
   for (const Json::Value& parameters : settings) {
-    for (const Json::Value& indexes : array(parameters)) {
-      for (const Json::Value& index : array(indexes)) checkLine(lines[index.asUInt()]);
-    }
+    for (const Json::Value& indexes : array(parameters)) checkIndexes(indexes, lines);
   }
 }
 
@@ -174,6 +179,8 @@ void checkState(const Json::Value& state) {
     require(load["country"].isString());
     checkOutcome(load, state["blocks"]);
     checkSettings(load["settings"], lines);
+    checkIndexes(load["failing"], lines);
+    checkIndexes(load["refused_by_device"], lines);
   }
 }
 
@@ -189,6 +196,18 @@ std::string reasonOf(const Json::Value& load) {
     reason += std::exchange(mark, ", ") + key.asString();
   }
   return reason;
+}
+
+std::string refusalsIn(const Json::Value& state) {
+  std::set<std::string> places;
+  for (const Json::Value& load : state["countries"]) {
+    for (const Json::Value& index : load["refused_by_device"]) {
+      const Json::Value& line = state["lines"][index.asUInt()];
+      places.insert(line["path"].asString() + ":" + line["line"].asString());
+    }
+  }
+  if (places.empty()) return {};
+  return "the device does otherwise: it cannot read the numbers at " + Join(places, ", ");
 }
 
 std::vector<std::string> namesOf(const Json::Value& words) {

@@ -19,5 +19,9 @@ Bytes blockOf(const Json::Value& state, const Json::Value& load);
 // Why the load has no block, with the keys that are missing.
 std::string reasonOf(const Json::Value& load);
 
+// Where the loads read numbers that the device's C++ library refuses, in one line; empty when there
+// are none.
+std::string refusalsIn(const Json::Value& state);
+
 // The names of countries that a state calls by their words.
 std::vector<std::string> namesOf(const Json::Value& words);

@@ -63,12 +63,24 @@ class Prefix {
   size_t priority_ = std::string::npos;
 };
 
+// Without what sets a terminal's colours.
+std::string withoutColours(std::string line) {
+  for (size_t at = 0; (at = line.find("\x1b[", at)) != line.npos;) {
+    const size_t end = line.find_first_not_of("0123456789;", at + 2);
+    if (end < line.size() && line[end] == 'm')
+      line.erase(at, end + 1 - at);
+    else
+      at += 2;
+  }
+  return line;
+}
+
 // The lines of the log. In logcat's long format a header precedes each message: both in one line.
 std::vector<std::string> messageLinesOf(const std::string& log) {
   std::vector<std::string> lines;
   std::string header;
   for (const std::string& text : linesOf(log)) {
-    const std::string line = comparable(text);
+    const std::string line = comparable(withoutColours(text));
     const bool is_header = StartsWith(line, "[ ") && line.back() == ']';
     if (line.empty()) header.clear();
     lines.push_back(is_header ? "" : header + line);

@@ -19,6 +19,7 @@
 #include "schema/pattern.h"
 #include "tools/device/device_library.h"
 #include "tools/device/files.h"
+#include "tools/probe/number_spelling.h"
 #include "tools/text/text.h"
 
 namespace {
@@ -174,6 +175,25 @@ size_t LoadTrace::valueIn(const TracedLine& line) const {
   return static_cast<size_t>(
       std::find_if_not(begin + static_cast<ptrdiff_t>(after), line.text.end(), isWhiteSpace) -
       begin);
+}
+
+std::vector<LineRef> LoadTrace::failing() const {
+  std::vector<LineRef> refs;
+  forEachLine([&](const LineRef& ref, const TracedLine& line) {
+    if (!line.lost && line.effect.kind == LineEffect::Kind::Fails) refs.push_back(ref);
+  });
+  return refs;
+}
+
+std::vector<LineRef> LoadTrace::refusedByDevice() const {
+  std::vector<LineRef> refs;
+  forEachLine([&](const LineRef& ref, const TracedLine& line) {
+    const bool sets = !line.lost && line.effect.kind == LineEffect::Kind::Sets;
+    const bool is_number = sets && parameterOf(line).facts != nullptr;
+    const bool refuses = is_number && !spellingOf(line.text.substr(valueIn(line))).readAlike();
+    if (refuses) refs.push_back(ref);
+  });
+  return refs;
 }
 
 LoadTrace LoadTracer::trace(const std::string& country) {

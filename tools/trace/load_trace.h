@@ -95,6 +95,10 @@ struct LoadTrace {
   }
   // Where the value begins in the line, which must name a parameter.
   size_t valueIn(const TracedLine& line) const;
+  // The lines at which the reading of a file ends.
+  std::vector<LineRef> failing() const;
+  // Those at which only the device's C++ library ends it: this program's reads the number.
+  std::vector<LineRef> refusedByDevice() const;
   // The value that the parameter has, which a line must set.
   const std::string& valueOf(const TracedParameter& parameter) const {
     return at(parameter.settings.back()).effect.value;
