@@ -481,7 +481,7 @@ class Trees(CommandTest):
         self.is_golden("path_file_empty")
 
     def test_keys_of_the_other_channel(self):
-        self.edit(self.uwb / "common.conf", "edge.ch9.prf64.pg_count", "patch.ch9.prf64.pg_count")
+        self.edit(self.uwb / "common.conf", "edge.ch9", "patch.ch9")
         self.is_golden("other_channel")
 
     def test_keys_in_capitals_or_without_a_part(self):
@@ -529,7 +529,12 @@ class Trees(CommandTest):
 
     def test_country_selects_another_antenna(self):
         self.write("fr/calib.conf", "ch9.antenna_selection=top\ntop.port=1\n")
+        self.write("default/calib.conf", self.POWERS + "top.port=3\n")
         self.is_golden("other_antenna")
+
+    def test_misspelt_name_of_an_antenna(self):
+        self.edit(self.uwb / "common.conf", "selection=patch", "selection=pacth")
+        self.is_golden("antenna_misspelt")
 
     def test_antenna_with_an_equal_sign(self):
         for path in (self.uwb / "common.conf", *self.uwb.glob("*/calib.conf")):

@@ -25,19 +25,9 @@ std::vector<SharedFile> filesOf(const std::vector<LoadTrace>& traces) {
   return files;
 }
 
-Lines linesTakenIn(const std::vector<SharedFile>& files) {
-  Lines taken;
-  for (const SharedFile& shared : files) {
-    for (const TracedLine& line : shared.file->lines) {
-      if (line.parameter.has_value()) taken.emplace(shared.file->path, line.number);
-    }
-  }
-  return taken;
-}
-
-void checkFile(const LoadTrace& trace, const TracedFile& traced, const Lines& taken,
+void checkFile(const LoadTrace& trace, const TracedFile& traced, const Probes& probes,
                Findings& findings) {
-  const CheckedFile file{trace, traced, taken, findings};
+  const CheckedFile file{trace, traced, probes, findings};
   // A byte order mark makes the first key another one.
   const std::string& text = traced.content;
   const std::string first_key = hasByteOrderMark(text) ? text.substr(3, text.find('=') - 3) : "";
@@ -52,15 +42,18 @@ Findings findingsOf(const std::vector<LoadTrace>& traces) {
   Findings findings;
   std::vector<size_t> all(traces.size());
   std::iota(all.begin(), all.end(), 0);
+  Probes probes;
   for (const size_t load : all) {
     findings.setLoads({load});
     checkPathFiles(traces[load], findings);
+    for (const antenna_selection& names :
+         {traces[load].selection, checkSelection(traces[load], findings)}) {
+      probes.try_emplace({names.ch5, names.ch9}, calibrationProbe(names));
+    }
   }
-  const std::vector<SharedFile> files = filesOf(traces);
-  const Lines taken = linesTakenIn(files);
-  for (const SharedFile& shared : files) {
+  for (const SharedFile& shared : filesOf(traces)) {
     findings.setLoads(shared.loads);
-    checkFile(traces[shared.loads.front()], *shared.file, taken, findings);
+    checkFile(traces[shared.loads.front()], *shared.file, probes, findings);
   }
   for (const size_t load : all) {
     findings.setLoads({load});
@@ -81,8 +74,8 @@ std::string CheckedFile::keyIn(const std::string& line) const {
 }
 
 void CheckedFile::add(Rule rule, const TracedLine& line, size_t at, const std::string& message,
-                      const std::vector<std::string>& explains) const {
-  findings.add({rule, placeIn(file.path, line, at), message, explains});
+                      const std::vector<std::string>& explains, bool once) const {
+  findings.add({rule, placeIn(file.path, line, at), message, explains, {}, {}, once});
 }
 
 size_t afterBlanks(const std::string& text, size_t at) {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <set>
+#include <map>
 #include <string>
 #include <utility>
 #include <vector>
@@ -15,26 +15,30 @@ Findings findingsOf(const std::vector<LoadTrace>& traces);
 
 // The steps of that. Each looks at one load, or at one file of a load, and adds what it finds.
 
-// Lines of files, by path and number.
-using Lines = std::set<std::pair<std::string, size_t>>;
+// The trees for the antennas that the loads select or seem to mean, by the names of both.
+using Probes = std::map<std::pair<std::string, std::string>, SchemaProbe>;
 
 // One file of a load, with the trees that take its lines.
 struct CheckedFile {
   const LoadTrace& trace;
   const TracedFile& file;
-  const Lines& taken;  // The lines that name a parameter in any load.
+  const Probes& probes;
   Findings& findings;
   const KeyHints hints = KeyHints(trace);
   const SchemaProbe selection = selectionProbe();
-  const SchemaProbe calibration = calibrationProbe(trace.selection);
+  const SchemaProbe& calibration = probes.at({trace.selection.ch5, trace.selection.ch9});
 
   // The key of the parameter that the line names; empty when it names none.
   std::string keyIn(const std::string& line) const;
 
   // At the line's byte `at`.
   void add(Rule rule, const TracedLine& line, size_t at, const std::string& message,
-           const std::vector<std::string>& explains = {}) const;
+           const std::vector<std::string>& explains = {}, bool once = false) const;
 };
+
+// A selected antenna that no line has a key of, where lines have keys of another with a similar
+// name. Returns the antennas that seem to be meant.
+antenna_selection checkSelection(const LoadTrace& trace, Findings& findings);
 
 // Lines that set nothing: unknown keys, blanks in the way, text without '='.
 void checkLines(const CheckedFile& file);

@@ -6,9 +6,10 @@ Findings::Id Findings::add(Finding finding) {
   // Only the first cause is shown: what follows from a consequence follows from that.
   if (cause.has_value() && findings_[*cause].cause.has_value()) cause = findings_[*cause].cause;
   const Place& place = finding.place;
-  const auto [at, is_new] =
-      ids_.try_emplace({place.path, place.line, place.column, finding.rule, finding.message, cause},
-                       findings_.size());
+  const size_t line = finding.once ? 0 : place.line;
+  const size_t column = finding.once ? 0 : place.column;
+  const auto [at, is_new] = ids_.try_emplace(
+      {place.path, line, column, finding.rule, finding.message, cause}, findings_.size());
   const Id id = at->second;
   for (const size_t load : loads_) {
     for (const std::string& key : finding.explains) explained_.try_emplace({load, key}, id);

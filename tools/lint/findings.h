@@ -32,6 +32,7 @@ struct Finding {
   std::vector<std::string> explains = {};  // Why no line sets these keys: see above.
   std::string about = {};                  // The file that it speaks of, if not the place's.
   std::optional<size_t> cause = {};        // The finding from which it follows.
+  bool once = false;                       // Lines of a file that have it are told of at the first.
   Severity severity = factsOf(rule).severity;
   std::set<size_t> loads = {};  // In which it was found.
 };

@@ -68,20 +68,24 @@ void checkMark(const CheckedFile& file, const TracedLine& line) {
 void checkKey(const CheckedFile& file, const TracedLine& line, const std::string& key) {
   const size_t at = afterBlanks(line.text, 0);
   const size_t dot = key.find('.');
-  if (file.taken.count({file.file.path, line.number}) > 0) {
+  const bool is_others =
+      std::any_of(file.probes.begin(), file.probes.end(),
+                  [&](const auto& probe) { return probe.second.feed(line.text).namesParameter(); });
+  if (is_others) {
     file.add(Rule::OtherAntenna, line, at,
-             "antenna '" + shortened(key.substr(0, dot)) +
-                 "' serves no channel in this load, so the line sets nothing");
+             "this load selects another antenna in place of '" + shortened(key.substr(0, dot)) +
+                 "', so the lines for that one set nothing",
+             {}, true);
     return;
   }
   const KeyHint hint = file.hints.hintFor(key);
   // Without the antennas' names, a key that begins with one cannot be judged.
   if (hint.keys.empty() && !file.trace.selected && dot != key.npos) return;
+  const std::string none = key.empty() ? "there is no key before '='"
+                                       : "no parameter has the key '" + shortened(key) + "'";
   file.add(Rule::UnknownKey, line, at,
-           (key.empty() ? "there is no key before '='"
-                        : "no parameter has the key '" + shortened(key) + "'") +
-               ", so the line sets nothing" + hint.text,
-           hint.keys);
+           (hint.of_antenna ? "" : none + ", so the line sets nothing") + hint.text, hint.keys,
+           hint.of_antenna);
 }
 
 // An assignment that sets nothing.

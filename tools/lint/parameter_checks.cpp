@@ -74,7 +74,39 @@ std::optional<Findings::Id> checkMissing(const LoadTrace& trace, size_t load, Fi
   return last;
 }
 
+std::vector<std::string> beginningsOfUnknownKeys(const LoadTrace& trace) {
+  std::vector<std::string> beginnings;
+  trace.forEachLine([&](const LineRef&, const TracedLine& line) {
+    if (line.effect.kind == LineEffect::Kind::Dropped)
+      beginnings.push_back(line.text.substr(0, line.text.find('.')));
+  });
+  return beginnings;
+}
+
 }  // namespace
+
+antenna_selection checkSelection(const LoadTrace& trace, Findings& findings) {
+  antenna_selection meant = trace.selection;
+  if (!trace.selected || trace.unknown) return meant;
+  auto selection = trace.parameters.begin();  // That of channel 5; that of channel 9 is the next.
+  for (std::string* const name : {&meant.ch5, &meant.ch9}) {
+    const LineRef& ref = (selection++)->settings.back();
+    std::vector<std::string> keys;
+    bool is_used = false;
+    for (const TracedParameter& parameter : trace.parameters) {
+      if (!StartsWith(parameter.key, *name + ".")) continue;
+      keys.push_back(parameter.key);
+      is_used = is_used || !parameter.settings.empty();
+    }
+    const std::string nearest = is_used ? "" : nearestOf(*name, beginningsOfUnknownKeys(trace));
+    if (nearest.empty()) continue;
+    findings.add({Rule::MissingKey, placeOf(trace, ref, trace.valueIn(trace.at(ref))),
+                  "no line has a key of antenna '" + *name + "'; did you mean '" + nearest + "'?",
+                  keys});
+    *name = nearest;
+  }
+  return meant;
+}
 
 void checkParameters(const LoadTrace& trace, Findings& findings) {
   // The converter looks at channel 9 before channel 5 and at a line before its level, which is the

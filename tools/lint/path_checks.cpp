@@ -81,15 +81,6 @@ constexpr Reason kReasons[] = {
     {Rule::PlaceholderTwice, secondPlaceholderIn, secondPlaceholderAdvice},
 };
 
-// A file has carriage returns at all lines: they are told of once.
-const TracedEntry& toldFor(const Reason& reason, const TracedPathFile& file,
-                           const TracedEntry& entry) {
-  if (reason.rule != Rule::PathCr) return entry;
-  return *std::find_if(file.entries.begin(), file.entries.end(), [](const TracedEntry& e) {
-    return carriageReturnIn(e.text) != e.text.npos;
-  });
-}
-
 // A path that gives no text: by FileKind, what is told of it.
 struct Trouble {
   Rule rule;
@@ -120,15 +111,15 @@ Finding trouble(const TracedPath& path, const Place& place, const std::string& e
 Finding troubleOf(const TracedPathFile& file, const TracedEntry& entry) {
   const TracedPath& last = entry.last();
   for (const Reason& reason : kReasons) {
-    const bool explains = reason.place_in(entry.text) != entry.text.npos;
-    if (!explains || last.kind != FileKind::Missing) continue;
-    const TracedEntry& told = toldFor(reason, file, entry);
-    const size_t at = reason.place_in(told.text);
+    const size_t at = reason.place_in(entry.text);
+    if (at == entry.text.npos || last.kind != FileKind::Missing) continue;
     return {reason.rule,
-            placeIn(file.path, told, at),
-            reason.message(told.text, at),
+            placeIn(file.path, entry, at),
+            reason.message(entry.text, at),
             {kAnyKey},
-            last.path};
+            last.path,
+            {},
+            reason.rule == Rule::PathCr};
   }
   Finding finding = trouble(last, placeIn(file.path, entry), kAnyKey);
   if (last.kind == FileKind::Missing && entry.has_placeholder) {

@@ -29,7 +29,7 @@ std::string wordFor(Severity severity);
   RULE(Port255,             Warning, "port-255",              "Port 255 wraps around to 0")                 \
   /* Values set twice or never. */                                                                          \
   RULE(DuplicateKey,        Warning, "duplicate-key",         "The key is given twice in one file")         \
-  RULE(OtherAntenna,        Note,    "other-antenna",         "The antenna of the key serves no channel in this load") \
+  RULE(OtherAntenna,        Note,    "other-antenna",         "The load selects another antenna than the key's") \
   RULE(MissingKey,          Error,   "missing-key",           "No line sets the parameter")                 \
   RULE(NoBlock,             Error,   "no-block",              "A load gives no block")                      \
   /* Path files and the files that they name. */                                                            \
