@@ -329,6 +329,9 @@ class Decode(CommandTest):
         status, shown = on_terminal("decode", file)
         self.assertEqual(status, 0)
         self.golden("decode.terminal", shown.encode())
+        file.write_bytes(self.block()[:32])
+        self.assertEqual(on_terminal("decode", file)[1].split("\n\n")[0].splitlines(),
+                         shown.splitlines()[:5])
 
     def test_colours_as_asked_for(self):
         file = self.folder / "block"
@@ -572,7 +575,7 @@ class DeviceLog(CommandTest):
         (self.folder / "vendor/etc/uwb_calib_paths.conf").write_text("/missing.conf\n\n")
         self.log = self.log_of()
         shown = self.explain(self.logcat("brief")).stdout.decode()
-        self.assertIn("    /vendor/etc/uwb_calib_paths.conf:1: /missing.conf\n", shown)
+        self.assertIn("    /vendor/etc/uwb_calib_paths.conf:1: /missing.conf\nE ", shown)
         self.assertTrue(shown.endswith("the load of the tree logs the same\n"), shown)
 
     def test_a_property_that_names_a_default_path_file(self):

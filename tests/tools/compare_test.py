@@ -127,7 +127,7 @@ class Matrix(CompareTest):
                              [differing, differing])
 
     def test_table_fits_into_the_terminal(self):
-        for columns, pieces in ((200, 1), (0, 2), (70, 2), (40, 4), (10, 4)):
+        for columns, pieces in ((200, 1), (0, 2), (70, 2), (40, 4), (1, 4)):
             _, shown = on_terminal("matrix", "--root", EXAMPLES, "--color", "never",
                                    columns=columns)
             table = shown.split("\n\nthe same")[0]
@@ -295,8 +295,10 @@ class Diff(CompareTest):
         self.change("common.conf", "xtal_trim=40", "xtal_trim=41")
         for country in ("at", "za"):
             self.change(f"{country}/calib.conf", "# Transmit", "xtal_trim=40\n# Transmit")
-        for country in COUNTRIES[::5]:
-            self.change(f"{country}/calib.conf", POWERS[0], "0x181C2020")
+        for key, step in (("patch.ch5", 5), ("edge.ch9", 10)):
+            for country in COUNTRIES[::step]:
+                power = f"{key}.prf64.tx_power=0x181C20"
+                self.change(f"{country}/calib.conf", power + "24", power + "20")
         self.golden("diff.forty_countries", self.diff("old", "tree"))
 
     def test_the_shorter_list_of_countries_is_told(self):

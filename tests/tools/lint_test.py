@@ -824,7 +824,7 @@ class NewUser(CommandTest):
     def test_explain_shows_what_the_device_would_read(self):
         shown = run("explain", "--root", "tree", "--country", "DE", cwd=self.folder).stdout.decode()
         self.assertIn("    no line sets xtal_trim\n", shown)
-        self.assertIn("No parameter has the key of:\n    /vendor/etc/uwb/common.conf:31: xtal_trm=40\n",
+        self.assertIn("\nNo parameter has the key of:\n    /vendor/etc/uwb/common.conf:31: xtal_trm=40\n",
                       shown)
         self.assertIn("    overrides /vendor/etc/uwb/common.conf:34: wifi_coex_time_gap=12\n", shown)
         missing = run("explain", "--root", "tree", "--country", "FR", cwd=self.folder).stdout

@@ -20,7 +20,7 @@ TEST(Text, PrintableKeepsTextAndEscapesTheRest) {
   EXPECT_EQ(printable("\xE2\x82"), "\\xe2\\x82");
   EXPECT_EQ(printable("\x80"), "\\x80");
   EXPECT_EQ(printable("\xEF\xBB\xBF\xEF\xBB\xBE"), "\\xef\\xbb\\xbf\xEF\xBB\xBE");
-  EXPECT_EQ(printable("\xC2\x9B"), "\\xc2\\x9b");
+  EXPECT_EQ(printable("\xC2\x9F"), "\\xc2\\x9f");
 }
 
 // The first and the last character of each length, and what is just outside.

@@ -12,10 +12,7 @@ namespace {
 // Whether the message names the path, not only a longer one.
 bool namesPath(const std::string& message, const std::string& whole_path) {
   const std::string path = comparable(whole_path);
-  const size_t at = message.find(path);
-  if (path.empty() || at == message.npos) return false;
-  const size_t end = at + path.size();
-  return end == message.size() || message[end] == ',';
+  return !path.empty() && (message + ",").find(path + ",") != message.npos;
 }
 
 // The lines of the tree that cause an error message.
@@ -129,7 +126,6 @@ Json::Value reportOn(const Options& options) {
   LoggedLoad load = lastLoadIn(log);
   setDeviceProperties(load.country, load.path_file);
   const std::vector<LogLine> expected = expectedLines(load);
-  const LogCapture quiet;
   const LoadTrace trace = LoadTracer().trace(load.country);
   Json::Value report;
   report["country"] = countryWord(trace.country);

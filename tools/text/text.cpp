@@ -28,7 +28,7 @@ bool isForbidden(uint8_t first, uint8_t second) {
 size_t characterLength(const std::string& text, size_t at) {
   const auto first = static_cast<uint8_t>(text[at]);
   const size_t length = sequenceLength(first);
-  if (length == 0 || at + length > text.size()) return 0;
+  // The zero after the text's end continues no character.
   for (size_t i = 1; i < length; ++i) {
     if (!isContinuation(text[at + i])) return 0;
   }
