@@ -119,7 +119,7 @@ void checkLines(const CheckedFile& file) {
 }
 
 bool beginsComment(const std::string& text) {
-  const std::string begin = withoutBlanks(text.substr(0, text.find('='))).substr(0, 2);
+  const std::string begin = withoutBlanks(text).substr(0, 2);
   return isCommentMark(begin.substr(0, 1)) ||
          (isCommentMark(begin) && !isCommentMark(begin.substr(1)));
 }

@@ -155,12 +155,12 @@ TEST_F(TargetRootTest, WhatIsNoDirectoryIsToldInOneLine) {
 }
 
 TEST_F(TargetRootTest, FoldersOfTheHostTakeThePlaceOfTheTrees) {
-  host_.write("sources/uwb/name", "mapped");
+  host_.write("my=sources/uwb/name", "mapped");
   host_.write("target/vendor/etc/other", "target");
-  ASSERT_EQ(symlink("/only_host", "sources/absolute"), 0);
-  ASSERT_EQ(symlink("../../only_host", "sources/uwb/climbing"), 0);
-  ASSERT_EQ(symlink("uwb/name", "sources/inside"), 0);
-  const TargetRoot root("target", "/", {"/vendor/etc=sources", "/vendor=target/data/"});
+  ASSERT_EQ(symlink("/only_host", "my=sources/absolute"), 0);
+  ASSERT_EQ(symlink("../../only_host", "my=sources/uwb/climbing"), 0);
+  ASSERT_EQ(symlink("uwb/name", "my=sources/inside"), 0);
+  const TargetRoot root("target", "/", {"/vendor/etc=my=sources", "/vendor=target/data/"});
   EXPECT_EQ(read(root, "/vendor/etc/uwb/name"), "mapped");
   EXPECT_EQ(read(root, "vendor/./etc/../etc//uwb/name"), "mapped");
   EXPECT_EQ(read(root, "/vendor/etc/inside"), "mapped");
@@ -173,11 +173,11 @@ TEST_F(TargetRootTest, FoldersOfTheHostTakeThePlaceOfTheTrees) {
   EXPECT_EQ(failure(root, ""), ENOENT);
   EXPECT_EQ(failure(root, "/vendor/etc/", O_RDONLY | O_DIRECTORY), 0);
   EXPECT_EQ(failure(root, "/vendor/etc", O_RDONLY | O_DIRECTORY), 0);
-  EXPECT_EQ(root.hostPath("/vendor/etc/uwb/name"), "sources/uwb/name");
+  EXPECT_EQ(root.hostPath("/vendor/etc/uwb/name"), "my=sources/uwb/name");
   EXPECT_EQ(root.hostPath("/vendor/uwb/name"), "target/data//uwb/name");
   EXPECT_EQ(root.hostPath("./name"), "target/name");
   EXPECT_EQ(root.hostPath("/.hidden/name"), "target/.hidden/name");
-  EXPECT_EQ(read(TargetRoot("", "/", {"//vendor/./etc=sources"}), "/vendor/etc/uwb/name"),
+  EXPECT_EQ(read(TargetRoot("", "/", {"//vendor/./etc=my=sources"}), "/vendor/etc/uwb/name"),
             "mapped");
 }
 
