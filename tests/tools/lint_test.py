@@ -470,10 +470,10 @@ class Trees(CommandTest):
         self.assertEqual([row["country"] for row in rows], ["us", "latam"])
 
     def test_path_file_that_gives_no_block(self):
-        paths = self.etc / "uwb_calib_paths.conf"
+        paths = (self.etc / "uwb_calib_paths.conf").rename(self.etc / "calib_paths")
         self.edit(paths, "\n", "\r\n")
         self.is_golden("path_file_cr")
-        self.assertIn(b"error: no block: ", self.lint("--ignore", "path-cr"))
+        self.assertIn(b"/calib_paths:1:1: error: no block: ", self.lint("--ignore", "path-cr"))
         self.edit(paths, "\r\n", "\n")
         self.edit(paths, "/vendor/etc/uwb/common", "\ufeff/vendor/etc/uwb/common")
         self.is_golden("path_file_mark")
@@ -656,8 +656,9 @@ class Trees(CommandTest):
         self.assertIn(b"there is no /persist/gone.conf", shown)
         self.lint("--ignore", "file-missing:/vendor/etc/uwb_calib_paths.conf", status=0)
         self.lint("--ignore", "file-missing:tree/vendor/etc/uwb_calib_paths.conf", status=0)
-        result = run("lint", "--root", "tree", "--ignore", "no-block", cwd=self.folder)
-        self.fails(result, "no-block cannot be ignored; --countries says which loads count")
+        for ignored in ("no-block", "no-block:/a"):
+            self.fails(run("lint", "--ignore", ignored),
+                       "no-block cannot be ignored; --countries says which loads count")
         self.fails(run("lint", "--ignore", "octal-number:"),
                    "--ignore takes RULE or RULE:PATH, not 'octal-number:'")
 
