@@ -102,8 +102,21 @@ class Matrix(CompareTest):
         shown = self.shown("explain", "--root", "tree", "--country", "us", "xtal_trim").decode()
         self.assertTrue(shown.endswith("\n\nThe device cannot read the number, and not what follows "
                                        f"in the file:\n    {us}: xtal_trim=08\n"), shown)
-        shown = self.shown("explain", "--root", "tree", "--country", "us", "ch5_port").decode()
-        self.assertNotIn("cannot read", shown)
+
+    def test_names_that_are_not_taken_for_countries_are_told(self):
+        self.copy()
+        shutil.copytree(self.tree / "vendor/etc/uwb/us", self.tree / "vendor/etc/uwb/latam")
+        told = b"tarnix-uwb-params: not taken for countries: latam (name them with --countries)\n"
+        for command in (["matrix", "--root", "tree"], ["diff", EXAMPLES, "tree"]):
+            result = run(*command, cwd=self.folder)
+            self.assertEqual((result.returncode, result.stderr), (0, told))
+        record = json.loads(run("matrix", "--root", "tree", "--format", "json", cwd=self.folder).stdout)
+        self.assertEqual(record["not_taken_for_countries"], ["latam"])
+        self.assertIn(b"latam", self.shown("matrix", "--root", "tree", "--countries", "latam,us"))
+
+    def test_words_for_loads_are_read_without_regard_to_case(self):
+        self.assertIn(b"any other country, no country code",
+                      self.shown("matrix", "--root", EXAMPLES, "--countries", "OTHER,None"))
 
     def test_no_load_with_a_block(self):
         self.tree.mkdir()
@@ -494,7 +507,7 @@ class DiffOfRecords(CompareTest):
                 (["countries", 0, "settings", "xtal_trim"], {}),
                 (["countries", 0, "settings", "xtal_trim", 0], {}),
                 (["countries", 0, "settings", "xtal_trim", 0, 0], "0"),
-                (["countries", 0, "failing"], [1000]), (["countries", 0, "refused_by_device"], 1),
+                (["not_taken_for_countries"], [7]), (["countries", 0, "failing"], [1000]), (["countries", 0, "refused_by_device"], 1),
                 (["countries", 0], {**bare, "problem": {}}),
                 (["countries", 0], {**bare, "missing": {}}),
                 (["countries", 0], {**bare, "missing": [7]})):

@@ -89,7 +89,7 @@ int statusOfProcess(const std::function<int()>& work) {
 int lintEveryLoad() {
   setDeviceProperties("", "");
   std::vector<LoadTrace> traces;
-  for (const std::string& country : countriesOfTree().codes) {
+  for (const std::string& country : countriesToLoad({}).loads) {
     traces.push_back(LoadTracer().trace(country));
     if (!traces.back().block.has_value()) return 1;
   }

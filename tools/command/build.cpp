@@ -30,5 +30,5 @@ Outcome build(const Options& options, const Paint& /*paint*/) {
   return {kGood,
           formatted(block, options.format.empty() ? usual : options.format),
           {},
-          refusalsIn(stateOf({options.country.value_or("")}, options, library))};
+          remarkOn(stateOf({{options.country.value_or("")}, {}}, options, library))};
 }

@@ -84,12 +84,13 @@ std::optional<Side> sideInFile(const std::string& file) {
   return Side{file, state, true};
 }
 
+// All loads of the tree where no countries are named.
 Side sideInTree(const std::string& root, const std::vector<std::string>& countries,
                 const Options& options) {
   const DeviceLibrary library(options.library);
   const Tree tree(root, options, OpenRedirect::Opens::NoSpecialFiles);
-  return {root, stateOf(countries.empty() ? countriesToLoad({}) : countries, options, library),
-          false};
+  const Countries loads = countries.empty() ? countriesToLoad({}) : Countries{countries, {}};
+  return {root, stateOf(loads, options, library), false};
 }
 
 std::string sideText(const Bytes& block, const BlockField& field) {
@@ -157,7 +158,7 @@ class Plan {
 
   // What the changes do not tell, in one line.
   std::string remark() const {
-    std::vector<std::string> remarks = {refusalsIn(a_.state), refusalsIn(b_.state)};
+    std::vector<std::string> remarks = {remarkOn(a_.state), remarkOn(b_.state)};
     if (!without_block_.empty())
       remarks.push_back("no block on either side: " + listOf(without_block_));
     remarks.erase(std::remove(remarks.begin(), remarks.end(), ""), remarks.end());
@@ -353,7 +354,7 @@ Outcome outcomeOf(const Plan& plan, const Options& options, const Paint& paint) 
 std::vector<std::string> countriesFor(const Options& options, bool with_block) {
   if (options.country.has_value()) return {countryCalled(*options.country)};
   if (options.countries.has_value()) {
-    std::vector<std::string> countries = countriesToLoad(options.countries);
+    std::vector<std::string> countries = countriesToLoad(options.countries).loads;
     if (!with_block || countries.size() == 1) return countries;
     throw std::runtime_error("a block is of one country, --countries names " +
                              std::to_string(countries.size()));

@@ -65,15 +65,6 @@ Json::Value parameterJson(const LoadTrace& trace, const TracedParameter& paramet
   return json;
 }
 
-// Where the device stops reading a file, the lines that name a parameter after that, and the
-// assignments whose key no parameter has.
-const char* listFor(const TracedLine& line) {
-  if (line.lost) return "lost";
-  if (line.effect.kind == LineEffect::Kind::Fails) return "failing";
-  const bool assigns = line.text.find('=') != line.text.npos;
-  return line.effect.kind == LineEffect::Kind::Dropped && assigns ? "dropped" : nullptr;
-}
-
 // The parameters and fields that are shown: those with these names, all when there are none.
 struct Names {
   const std::vector<std::string>& names;
@@ -112,18 +103,18 @@ Json::Value fieldsJson(const LoadTrace& trace, const Names& names) {
   return json;
 }
 
+// Where the reading of a file ends; of the lines with these names, those that name a parameter
+// after that, and the assignments whose key no parameter has.
 void addLines(const LoadTrace& trace, const Names& names, Json::Value& json) {
-  json["refused_by_device"] = Json::arrayValue;
-  for (const LineRef& ref : trace.refusedByDevice()) {
-    const bool is_wanted = names.have(trace.parameterOf(trace.at(ref)));
-    if (is_wanted) json["refused_by_device"].append(lineJson(trace, ref));
-  }
-  for (const char* list : {"failing", "lost", "dropped"}) json[list] = Json::arrayValue;
+  const auto line_of = [&](const LineRef& ref) { return lineJson(trace, ref); };
+  json["failing"] = arrayOf(trace.failing(), line_of);
+  json["refused_by_device"] = arrayOf(trace.refusedByDevice(), line_of);
+  json["lost"] = json["dropped"] = Json::arrayValue;
   trace.forEachLine([&](const LineRef& ref, const TracedLine& line) {
-    const bool is_wanted =
-        line.parameter.has_value() ? names.have(trace.parameterOf(line)) : names.names.empty();
-    const char* const list = listFor(line);
-    if (is_wanted && list != nullptr) json[list].append(lineJson(trace, ref));
+    if (line.lost && names.have(trace.parameterOf(line))) json["lost"].append(line_of(ref));
+    const bool is_dropped =
+        line.effect.kind == LineEffect::Kind::Dropped && line.text.find('=') != line.text.npos;
+    if (is_dropped && names.names.empty()) json["dropped"].append(line_of(ref));
   });
 }
 

@@ -21,13 +21,8 @@ Suppressions suppressionsOf(const Options& options) {
 }
 
 LintReport reportOf(const Options& options, const TargetRoot& root, Suppressions& suppressions) {
-  LintReport report;
-  if (options.country.has_value()) {
-    report.loads = {*options.country};
-  } else {
-    report.loads = countriesToLoad(options.countries);
-    if (!options.countries.has_value()) report.not_taken = countriesOfTree().others;
-  }
+  LintReport report{options.country.has_value() ? Countries{{*options.country}, {}}
+                                                : countriesToLoad(options.countries)};
   std::vector<LoadTrace> traces;
   std::transform(report.loads.begin(), report.loads.end(), std::back_inserter(traces),
                  [tracer = LoadTracer()](const std::string& country) mutable {

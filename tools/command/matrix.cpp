@@ -238,5 +238,5 @@ Outcome matrix(const Options& options, const Paint& paint) {
   for (const Json::Value& load : state["countries"]) {
     if (!load["valid"].asBool()) status = kFindings;
   }
-  return {status, formatted(state, options, fields, tree, paint), {}, refusalsIn(state)};
+  return {status, formatted(state, options, fields, tree, paint), {}, remarkOn(state)};
 }

@@ -12,7 +12,6 @@
 #include "tools/block/view.h"
 #include "tools/device/device_library.h"
 #include "tools/probe/number_spelling.h"
-#include "tools/trace/countries.h"
 
 namespace {
 
@@ -114,6 +113,12 @@ class StateMaker {
   std::map<std::pair<std::string, unsigned>, Json::ArrayIndex> lines_;
 };
 
+std::vector<std::string> textsIn(const Json::Value& array) {
+  std::vector<std::string> texts;
+  for (const Json::Value& text : array) texts.push_back(text.asString());
+  return texts;
+}
+
 void require(bool condition) {
   if (!condition) throw std::invalid_argument("no state");
 }
@@ -121,6 +126,10 @@ void require(bool condition) {
 const Json::Value& array(const Json::Value& value) {
   require(value.isArray());
   return value;
+}
+
+void checkTexts(const Json::Value& texts) {
+  for (const Json::Value& text : array(texts)) require(text.isString());
 }
 
 void checkLine(const Json::Value& line) {
@@ -146,17 +155,17 @@ void checkOutcome(const Json::Value& load, const Json::Value& blocks) {
     require(blocks.isValidIndex(load["block"].asUInt()));
   } else {
     require(load["problem"].isString());
-    for (const Json::Value& key : array(load["missing"])) require(key.isString());
+    checkTexts(load["missing"]);
   }
 }
 
 }  // namespace
 
-Json::Value stateOf(const std::vector<std::string>& countries, const Options& options,
+Json::Value stateOf(const Countries& countries, const Options& options,
                     const DeviceLibrary& library) {
   LoadTracer tracer;
   std::list<Load> loads;
-  for (const std::string& country : countries) {
+  for (const std::string& country : countries.loads) {
     setDeviceProperties(country, options.path_file);
     const Bytes block = library.load(kBlockSize);
     const LogCapture log;  // The load above has logged everything already.
@@ -166,7 +175,9 @@ Json::Value stateOf(const std::vector<std::string>& countries, const Options& op
   if (options.sort == "block") {
     loads.sort([](const Load& a, const Load& b) { return valuesOf(a) < valuesOf(b); });
   }
-  return StateMaker(loads).take();
+  Json::Value state = StateMaker(loads).take();
+  state["not_taken_for_countries"] = arrayOf(countries.not_taken);
+  return state;
 }
 
 void checkState(const Json::Value& state) {
@@ -174,6 +185,7 @@ void checkState(const Json::Value& state) {
     require(block["bytes"].isString());
     readBlock(block["bytes"].asString());
   }
+  checkTexts(state["not_taken_for_countries"]);
   const Json::Value& lines = array(state["lines"]);
   for (const Json::Value& load : array(state["countries"])) {
     require(load["country"].isString());
@@ -190,15 +202,11 @@ Bytes blockOf(const Json::Value& state, const Json::Value& load) {
 }
 
 std::string reasonOf(const Json::Value& load) {
-  std::string reason = load["problem"].asString();
-  const char* mark = ": ";
-  for (const Json::Value& key : load["missing"]) {
-    reason += std::exchange(mark, ", ") + key.asString();
-  }
-  return reason;
+  const std::string missing = Join(textsIn(load["missing"]), ", ");
+  return load["problem"].asString() + (missing.empty() ? "" : ": " + missing);
 }
 
-std::string refusalsIn(const Json::Value& state) {
+std::string remarkOn(const Json::Value& state) {
   std::set<std::string> places;
   for (const Json::Value& load : state["countries"]) {
     for (const Json::Value& index : load["refused_by_device"]) {
@@ -206,13 +214,18 @@ std::string refusalsIn(const Json::Value& state) {
       places.insert(line["path"].asString() + ":" + line["line"].asString());
     }
   }
-  if (places.empty()) return {};
-  return "the device does otherwise: it cannot read the numbers at " + Join(places, ", ");
+  std::vector<std::string> remarks;
+  if (!places.empty()) {
+    remarks.push_back("the device does otherwise: it cannot read the numbers at " +
+                      Join(places, ", "));
+  }
+  const std::string not_taken = notTakenText(textsIn(state["not_taken_for_countries"]));
+  if (!not_taken.empty()) remarks.push_back(not_taken);
+  return Join(remarks, "; ");
 }
 
 std::vector<std::string> namesOf(const Json::Value& words) {
-  std::vector<std::string> names;
-  for (const Json::Value& word : words)
-    names.push_back(countryName(countryCalled(word.asString())));
+  std::vector<std::string> names = textsIn(words);
+  for (std::string& name : names) name = countryName(countryCalled(name));
   return names;
 }

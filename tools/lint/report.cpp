@@ -92,9 +92,7 @@ std::string LintReport::summary() const {
                              : std::to_string(without_block) + " without a block";
   text += "; " + countsOf(groups);
   if (!unused.empty()) text += "; unused: " + Join(unused, ", ");
-  if (not_taken.empty()) return text;
-  return text + "; not taken for countries: " + Join(not_taken, ", ") +
-         " (name them with --countries)";
+  return text + (not_taken.empty() ? "" : "; " + notTakenText(not_taken));
 }
 
 std::vector<Group> grouped(const Findings& findings, Suppressions& suppressions,

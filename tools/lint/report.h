@@ -7,6 +7,7 @@
 #include "tools/lint/suppressions.h"
 #include "tools/text/json.h"
 #include "tools/text/text.h"
+#include "tools/trace/countries.h"
 
 // What is told of the findings, in which order and form.
 
@@ -16,13 +17,11 @@ struct Group {
   std::vector<Finding> consequences;
 };
 
-struct LintReport {
-  std::vector<std::string> loads;      // Their countries.
-  std::vector<std::string> not_taken;  // Names that are not taken for countries.
-  size_t without_block = 0;            // Of the loads.
-  std::vector<std::string> unused;     // Suppressions that match no finding.
-  std::vector<Group> groups;           // The most severe first, then by file and line.
-  ShownPath shown_path;
+struct LintReport : Countries {
+  size_t without_block = 0;              // Of the loads.
+  std::vector<std::string> unused = {};  // Suppressions that match no finding.
+  std::vector<Group> groups = {};        // The most severe first, then by file and line.
+  ShownPath shown_path = {};
 
   // The finding's message and its loads: " (in all 42 loads)", " (country de, no country)". These
   // are left out where all loads are one, and for a consequence where they are those of its cause.

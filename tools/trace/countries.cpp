@@ -25,9 +25,8 @@ void addNamesOf(const std::string& entry, std::set<std::string>& names) {
   }
 }
 
-}  // namespace
-
-TreeCountries countriesOfTree() {
+// What stands in the placeholder's place in the names of files.
+Countries countriesOfTree() {
   std::set<std::string> names;
   for (const std::string& path : build_paths()) {
     const std::string content = read_text_file(path).value_or("");
@@ -36,27 +35,31 @@ TreeCountries countriesOfTree() {
   }
   names.erase(CalibPath::kDefaultCountry);
   names.erase(CalibPath::kUnknownCountry);
-  TreeCountries countries;
+  Countries countries;
   for (const std::string& name : names) {
-    (isCountryCode(name) ? countries.codes : countries.others).push_back(name);
+    (isCountryCode(name) ? countries.loads : countries.not_taken).push_back(name);
   }
+  countries.loads.insert(countries.loads.end(), {kOtherCountry, ""});
   return countries;
 }
 
-std::vector<std::string> countriesToLoad(const std::optional<std::string>& list) {
+}  // namespace
+
+Countries countriesToLoad(const std::optional<std::string>& list) {
+  if (!list.has_value()) return countriesOfTree();
   std::vector<std::string> countries;
-  if (!list.has_value()) {
-    countries = countriesOfTree().codes;
-    countries.insert(countries.end(), {kOtherCountry, ""});
-    return countries;
-  }
   for (const std::string& word : wordsIn(*list)) {
     const std::string country = countryCalled(word);
     const bool is_new = std::find(countries.begin(), countries.end(), country) == countries.end();
     if (is_new) countries.push_back(country);
   }
   if (countries.empty()) throw std::runtime_error("--countries names no load: '" + *list + "'");
-  return countries;
+  return {countries, {}};
+}
+
+std::string notTakenText(const std::vector<std::string>& names) {
+  if (names.empty()) return {};
+  return "not taken for countries: " + Join(names, ", ") + " (name them with --countries)";
 }
 
 bool isCountryCode(const std::string& text) {
@@ -83,8 +86,9 @@ std::string countryWord(const std::string& country) {
 }
 
 std::string countryCalled(const std::string& word) {
-  if (word == kOtherWord) return kOtherCountry;
-  return word == kNoneWord ? "" : CalibPath::lowercase(word);
+  const std::string country = CalibPath::lowercase(word);
+  if (country == kOtherWord) return kOtherCountry;
+  return country == kNoneWord ? "" : country;
 }
 
 std::string pathOf(const std::string& entry, const std::string& country) {

@@ -11,18 +11,18 @@
 // (an empty code), or to any other country: that one has the word of the default's file for a code.
 constexpr const char* kOtherCountry = CalibPath::kDefaultCountry;
 
-struct TreeCountries {
-  std::vector<std::string> codes;   // In alphabetical order.
-  std::vector<std::string> others;  // Names in a code's place that are no code of two letters.
+struct Countries {
+  std::vector<std::string> loads;      // One for each; codes in alphabetical order.
+  std::vector<std::string> not_taken;  // Names in a code's place that are no code of two letters.
 };
 
-// The countries for which the tree has a calibration file of its own, readable or not: what stands
-// in the placeholder's place in the names of files.
-TreeCountries countriesOfTree();
+// The countries of the list "us,de,other,none", each once; std::runtime_error where there are none.
+// Without a list: those for which the tree has a calibration file of its own, readable or not; any
+// other; and none.
+Countries countriesToLoad(const std::optional<std::string>& list);
 
-// "us,de,other,none": exactly these, each once; std::runtime_error where there are none. Without a
-// list: all of the tree, any other, and none.
-std::vector<std::string> countriesToLoad(const std::optional<std::string>& list);
+// "not taken for countries: base, latam (...)"; empty when there are none.
+std::string notTakenText(const std::vector<std::string>& names);
 
 // Two small letters.
 bool isCountryCode(const std::string& text);
