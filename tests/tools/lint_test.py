@@ -302,7 +302,11 @@ class Trees(CommandTest):
                 ("20dB", "cannot read '20dB' and ignores this line: write 20 ("),
                 ("1F", "cannot read '1F' and ignores this line: write 0x1F if hexadecimal is meant, "
                        "or 1 ("),
-                ("0b1", ": write 0x0b1 if hexadecimal is meant, or 0 ("),
+                ("0b1", ": write 0x0b1 if hexadecimal is meant, or a decimal number ("),
+                ("2,5", "is 2; what follows is not read: write the number without ',' ("),
+                ("2,x", "is 2; what follows is not read: remove it, or begin it with '#' ("),
+                ("2,", "is 2; what follows is not read: remove it, or begin it with '#' ("),
+                ("\u00a05", "takes a whole number, 0 to 255, not '\\xc2\\xa05' ("),
                 ("0x1x", "cannot read '0x1x' and ignores this line: write 0x1 ("),
                 ("0" * 70 + "1b", f"cannot read '{'0' * 60}...' and ignores this line: write "
                                   f"0x{'0' * 70}1b if hexadecimal is meant, or {'0' * 60}... ("),
@@ -488,6 +492,10 @@ class Trees(CommandTest):
         for old, new in (("patch.port", "PATCH.port"), ("edge.port", "port"),
                          ("patch.ch5.prf64.ant_delay", "patch.ant_delay"),
                          ("edge.ch9.prf64.pg_delay", "edge.ch9.prf64.pg_dlay"),
+                         ("edge.ch9.prf64.pg_count", "edge.ch9.prf16.pg_count"),
+                         ("patch.ch5.prf64.pg_delay", "ch5.patch.prf64.pg_delay"),
+                         ("ap_coop_mode", "ap.coop.mode"), ("alternate", "export alternate"),
+                         ("temperature_reference=", "temperature_reference: "),
                          ("version", "versoin")):
             self.edit(self.uwb / "common.conf", old, new)
         self.is_golden("key_parts")
@@ -545,9 +553,11 @@ class Trees(CommandTest):
         self.assertEqual((values["a=1.port=0"], values["a=1.selector_gpio=6"]), ("0", "6"))
 
     def test_selection_is_missing(self):
-        self.edit(self.uwb / "common.conf", "ch9.antenna_selection", "ch9.antena_selection")
+        self.edit(self.uwb / "common.conf", "ch9.antenna_selection", "ch8.antenna_selection")
+        self.edit(self.uwb / "common.conf", "patch.ch5.prf64.pg_delay", "patch.ch5.prf64.pgdelay")
         self.is_golden("selection_misspelt")
-        self.edit(self.uwb / "common.conf", "ch9.antena_selection=edge\n", "")
+        self.edit(self.uwb / "common.conf", "pgdelay", "pg_delay")
+        self.edit(self.uwb / "common.conf", "ch8.antenna_selection=edge\n", "")
         self.is_golden("selection_missing")
 
     def test_what_is_no_file_is_not_opened(self):
@@ -720,6 +730,7 @@ class Trees(CommandTest):
             for content, message in (
                     (b"\xff\xfe" + text.encode("utf-16-le"), utf16),
                     (b"\xfe\xff" + text.encode("utf-16-be"), utf16),
+                    (text.encode("utf-16-le"), utf16), (text.encode("utf-16-be"), utf16),
                     (text.replace("\n", "\r").encode(),
                      "a carriage return alone ends no line: save the file with line feeds")):
                 with self.subTest(path=path, message=message):
@@ -749,13 +760,15 @@ class Trees(CommandTest):
         self.write("more.conf", "// lint-ignore unknown-key\nxtal_trm=40\n")
         shown = self.lint()
         self.assertNotIn(b"unknown-key", shown)
-        self.assertIn(b"3 without a block; 2 errors", shown)
+        self.assertIn(b"    leads to: no block: parameters are missing [no-block]\n", shown)
+        self.assertIn(b"3 without a block; 1 error\n", shown)
 
     def test_baseline(self):
         self.write("more.conf", "xtal_trim=040\nversion=01\nversion=01\n")
         self.lint("--format", "baseline", "-o", self.folder / "known")
         self.golden("trees/baseline", (self.folder / "known").read_bytes())
         self.assertEqual(self.lint("-q", "--baseline", "known", status=0), b"")
+        self.edit(self.folder / "known", "\n", "\r\n")
         self.write("more.conf", "// new\nxtal_trim=040\nversion=01\nap_coop_mode=01\n")
         shown = self.lint("--baseline", "known")
         self.assertIn(b"more.conf:4:14: warning: ", shown)

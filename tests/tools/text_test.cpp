@@ -44,7 +44,7 @@ TEST(Text, CharacterLengthIsThatOfUtf8) {
                                                             {"\xF4\x90\x80\x80", 0},
                                                             {"\xF5\x80\x80\x80", 0}};
   for (const auto& [text, length] : rows) EXPECT_EQ(characterLength(text, 0), length) << text;
-  EXPECT_EQ(printable("\xC2\xA0\x7F"), "\xC2\xA0\\x7f");
+  EXPECT_EQ(printable("\xC2\xA0\xC2\xA1\x7F"), "\\xc2\\xa0\xC2\xA1\\x7f");
 }
 
 TEST(Text, ListsAreBrokenWhereALineIsFull) {

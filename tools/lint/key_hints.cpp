@@ -13,50 +13,60 @@ namespace {
 
 using android::base::StringPrintf;
 
-using Parts = std::vector<std::string>;
-
 constexpr size_t kFar = SIZE_MAX;
 
-Parts partsOf(const std::string& key) {
-  return Split(CalibPath::lowercase(key), ".");
-}
-
-std::string digitsIn(std::string text) {
-  text.erase(std::remove_if(text.begin(), text.end(), [](uint8_t c) { return !std::isdigit(c); }),
+std::string lettersIn(std::string text) {
+  text.erase(std::remove_if(text.begin(), text.end(), [](uint8_t c) { return std::isdigit(c); }),
              text.end());
   return text;
 }
 
-// How far a part of a key is from one that exists. Another number is another channel, not a
-// misspelling.
-size_t partDistance(const std::string& part, const std::string& existing) {
-  const size_t limit = std::max<size_t>(1, existing.size() / 3);
-  const size_t distance = editDistance(part, existing, limit);
-  return distance > limit || digitsIn(part) != digitsIn(existing) ? kFar : distance;
+}  // namespace
+
+KeyHints::Key::Key(const std::string& key)
+    : parts(Split(CalibPath::lowercase(key), ".")),
+      words(Split(CalibPath::lowercase(key), "._ \t")) {
+  std::sort(words.begin(), words.end());
 }
 
-// The key may lack some of the parts.
-size_t distanceOf(const Parts& key, const Parts& existing) {
+KeyHints::KeyHints(const LoadTrace& trace) : selection_(trace.selection) {
+  for (const TracedParameter& parameter : trace.parameters) {
+    // An antenna that no line selects has no name.
+    if (StartsWith(parameter.key, "?.")) continue;
+    const Parts& parts = keys_.emplace(parameter.key, parameter.key).first->second.parts;
+    known_parts_.insert(parts.begin(), parts.end());
+  }
+}
+
+// How far a part of a key is from one that exists. Another channel, or another antenna's number, is
+// no misspelling.
+size_t KeyHints::partDistance(const std::string& part, const std::string& existing) const {
+  if (known_parts_.count(part) > 0) return part == existing ? 0 : kFar;
+  if (lettersIn(part) == lettersIn(existing)) {
+    const bool is_name = existing == CalibPath::lowercase(selection_.ch5) ||
+                         existing == CalibPath::lowercase(selection_.ch9);
+    return is_name ? kFar : 1;
+  }
+  const size_t limit = std::max<size_t>(1, existing.size() / 3);
+  const size_t distance = editDistance(part, existing, limit);
+  return distance > limit ? kFar : distance;
+}
+
+// The key may lack some of the parts. Or it has all words, in any order, and more.
+size_t KeyHints::distanceOf(const Key& key, const Key& existing) const {
+  if (std::includes(key.words.begin(), key.words.end(), existing.words.begin(),
+                    existing.words.end())) {
+    return key.words.size() - existing.words.size();
+  }
   size_t at = 0;
   size_t sum = 0;
-  for (const std::string& part : existing) {
-    const size_t distance = at < key.size() ? partDistance(key[at], part) : kFar;
+  for (const std::string& part : existing.parts) {
+    const size_t distance = at < key.parts.size() ? partDistance(key.parts[at], part) : kFar;
     if (distance == kFar) continue;
     sum += distance;
     ++at;
   }
-  return at == key.size() ? sum : kFar;
-}
-
-}  // namespace
-
-KeyHints::KeyHints(const LoadTrace& trace) : selection_(trace.selection) {
-  for (const TracedParameter& parameter : trace.parameters) {
-    const bool has_prefix =
-        parameter.pass == Pass::Calibration && parameter.key.find('.') != parameter.key.npos;
-    // Without a selection the antennas' names are unknown.
-    if (trace.selected || !has_prefix) parts_.emplace(parameter.key, partsOf(parameter.key));
-  }
+  return at == key.parts.size() ? sum : kFar;
 }
 
 KeyHint KeyHints::hintFor(const std::string& key) const {
@@ -73,7 +83,7 @@ KeyHint KeyHints::otherChannel(const std::string& key) const {
     const std::string& other = ch5 ? selection_.ch9 : selection_.ch5;
     if (!StartsWith(key, named)) continue;
     const std::string meant = other + key.substr(named.size());
-    if (parts_.count(meant) == 0) continue;
+    if (keys_.count(meant) == 0) continue;
     return {{meant},
             StringPrintf("'%s' serves channel %d, so its lines for channel %d set nothing: channel "
                          "%d is served by '%s'",
@@ -84,11 +94,11 @@ KeyHint KeyHints::otherChannel(const std::string& key) const {
 }
 
 std::vector<std::string> KeyHints::nearestTo(const std::string& key) const {
-  const Parts key_parts = partsOf(key);
+  const Key wanted(key);
   std::vector<std::string> nearest;
   size_t best = key.size();
-  for (const auto& [existing, parts] : parts_) {
-    const size_t distance = distanceOf(key_parts, parts);
+  for (const auto& [existing, parts] : keys_) {
+    const size_t distance = distanceOf(wanted, parts);
     if (distance > best) continue;
     if (distance < best) nearest.clear();
     best = distance;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -21,9 +22,22 @@ class KeyHints {
   KeyHint hintFor(const std::string& key) const;
 
  private:
+  using Parts = std::vector<std::string>;
+
+  // In small letters.
+  struct Key {
+    explicit Key(const std::string& key);
+
+    Parts parts;  // Between the dots.
+    Parts words;  // Between dots, underlines and blanks, sorted.
+  };
+
+  size_t partDistance(const std::string& part, const std::string& existing) const;
+  size_t distanceOf(const Key& key, const Key& existing) const;
   KeyHint otherChannel(const std::string& key) const;
   std::vector<std::string> nearestTo(const std::string& key) const;
 
   const antenna_selection selection_;
-  std::map<std::string, std::vector<std::string>> parts_;  // Of each key, in small letters.
+  std::map<std::string, Key> keys_;
+  std::set<std::string> known_parts_;
 };

@@ -45,7 +45,8 @@ void checkComment(const CheckedFile& file, const TracedLine& line) {
 void checkUnassigned(const CheckedFile& file, const TracedLine& line) {
   const size_t at = afterBlanks(line.text, 0);
   if (at == line.text.size()) return;
-  const std::string word = line.text.substr(at, line.text.find_first_of(kBlanks, at) - at);
+  const size_t end = line.text.find_first_of(std::string(kBlanks) + ":", at);
+  const std::string word = line.text.substr(at, end - at);
   file.add(
       Rule::NoEqual, line, at,
       "this is neither an assignment nor a comment, so the line sets nothing: write KEY=VALUE, "
@@ -91,9 +92,10 @@ void checkKey(const CheckedFile& file, const TracedLine& line, const std::string
 // An assignment that sets nothing.
 void checkAssignment(const CheckedFile& file, const TracedLine& line) {
   const size_t equal = line.text.find('=');
-  const std::string key = withoutBlanks(line.text.substr(0, equal));
-  const std::string meant = key.size() == equal ? "" : file.keyIn(key + line.text.substr(equal));
-  if (meant.empty()) return checkKey(file, line, key);
+  const std::string text = line.text.substr(0, equal);
+  const std::string key = withoutBlanks(text);
+  const std::string meant = key == text ? "" : file.keyIn(key + line.text.substr(equal));
+  if (meant.empty()) return checkKey(file, line, android::base::Trim(text));
   file.add(Rule::BlankInKey, line, line.text.find_first_of(kBlanks),
            "because of this blank the line does not set '" + meant +
                "': remove all blanks before the '='",

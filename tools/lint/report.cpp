@@ -108,7 +108,8 @@ std::vector<Group> grouped(const Findings& findings, Suppressions& suppressions,
     if (cause != group_of.end()) {
       groups[cause->second].consequences.push_back(all[i]);
     } else {
-      group_of[i] = groups.size();
+      // Stands in for a cause that is left out.
+      group_of[all[i].cause.value_or(i)] = groups.size();
       groups.push_back({all[i], {}});
     }
   }

@@ -17,7 +17,9 @@ void Suppressions::ignore(const std::string& rule_and_path) {
 }
 
 void Suppressions::addBaseline(const std::string& name, const std::string& text) {
-  const std::vector<std::string> lines = linesOf(text);
+  // A version control system may have put carriage returns at the ends.
+  const std::vector<std::string> lines =
+      linesOf(android::base::StringReplace(text, "\r\n", "\n", true));
   for (size_t i = 0; i < lines.size(); ++i) {
     if (std::count(lines[i].begin(), lines[i].end(), '\t') != 2) {
       throw std::runtime_error(name + ":" + std::to_string(i + 1) + ": no line of a baseline");

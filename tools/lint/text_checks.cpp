@@ -43,7 +43,8 @@ void checkBytes(const std::string& path, const std::string& content, Findings& f
 
 // Why the file has no lines that can be read; null when it has.
 const char* whyNoLines(const std::string& content) {
-  if (StartsWith(content, "\xFF\xFE") || StartsWith(content, "\xFE\xFF"))
+  const bool has_mark = StartsWith(content, "\xFF\xFE") || StartsWith(content, "\xFE\xFF");
+  if (has_mark || (content.size() > 1 && (content[0] == '\0') != (content[1] == '\0')))
     return "the file is UTF-16: save it as UTF-8";
   const bool is_one_line =
       content.find('\n') == content.npos && content.find('\r') < content.size() - 1;

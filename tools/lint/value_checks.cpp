@@ -108,6 +108,9 @@ struct LineValue {
     const std::string decimal = decimalOf(spelling.gathered);
     const bool octal = decimal != decimalOf(spelling.number);
     const std::string hexadecimal = "0x" + withoutSign(spelling.gathered);
+    // 1e2 and 0b1 are no number with its unit.
+    const bool is_other =
+        spelling.gathered.find_first_of(kDigits, spelling.number.size()) != std::string::npos;
     const bool fits =
         spellingOf(hexadecimal).readAlike() && feed(hexadecimal).kind == LineEffect::Kind::Sets;
     const std::vector<std::string> lost = keysLostAfter(file, line);
@@ -116,7 +119,9 @@ struct LineValue {
             (octal ? " (a leading zero means octal)" : "") + " and ignores this line" +
             (lost.empty() ? "" : " and the rest of the file (" + Join(lost, ", ") + ")") +
             ": write " + (octal || !fits ? "" : hexadecimal + " if hexadecimal is meant, or ") +
-            shortened(octal ? decimal : withoutSign(spelling.number)));
+            (octal      ? shortened(decimal)
+             : is_other ? "a decimal number"
+                        : shortened(withoutSign(spelling.number))));
   }
 
   void checkForm(const std::string& number) const {
@@ -139,9 +144,12 @@ struct LineValue {
     const std::string after = text.substr(std::min(value.size(), text.size()));
     const size_t blanks = afterBlanks(after, 0);
     if (blanks == after.size() || beginsComment(after)) return;
+    const bool in_groups = after.size() > 1 && std::string(",_'").find(after[0]) != after.npos &&
+                           std::isdigit(static_cast<uint8_t>(after[1])) != 0;
     add(Rule::TextAfterValue,
-        "'" + parameter.key + "' is " + shortened(read) +
-            "; what follows is not read: remove it, or begin it with '#'",
+        "'" + parameter.key + "' is " + shortened(read) + "; what follows is not read: " +
+            (in_groups ? std::string("write the number without '") + after[0] + "'"
+                       : "remove it, or begin it with '#'"),
         value.size() + blanks);
   }
 };

@@ -54,9 +54,9 @@ std::string printable(const std::string& text) {
   for (size_t at = 0; at < text.size();) {
     const size_t length = characterLength(text, at);
     const auto byte = static_cast<uint8_t>(text[at]);
-    // U+0080 to U+009F are control characters too.
+    // U+0080 to U+009F are control characters too, and U+00A0 looks like a blank.
     const bool is_control =
-        byte < 0x20 || byte == 0x7F || (byte == 0xC2 && static_cast<uint8_t>(text[at + 1]) < 0xA0);
+        byte < 0x20 || byte == 0x7F || (byte == 0xC2 && static_cast<uint8_t>(text[at + 1]) <= 0xA0);
     const bool is_mark = text.compare(at, 3, "\xEF\xBB\xBF") == 0;  // Of the byte order: unseen.
     const bool escapes = length == 0 || is_control || is_mark;
     out += byte == '\t' ? " " : escapes ? "\\x" + hexByte(byte) : text.substr(at, length);
