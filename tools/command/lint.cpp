@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <algorithm>
-#include <iterator>
 
 #include "tools/command/tree.h"
 #include "tools/device/device_library.h"
@@ -24,10 +23,11 @@ LintReport reportOf(const Options& options, const TargetRoot& root, Suppressions
   LintReport report{options.country.has_value() ? Countries{{*options.country}, {}}
                                                 : countriesToLoad(options.countries)};
   std::vector<LoadTrace> traces;
-  std::transform(report.loads.begin(), report.loads.end(), std::back_inserter(traces),
-                 [tracer = LoadTracer()](const std::string& country) mutable {
-                   return tracer.trace(country);
-                 });
+  LoadTracer tracer;
+  for (const std::string& country : report.loads) {
+    traces.push_back(tracer.trace(country));
+    traces.back().readAsDevice();
+  }
   report.without_block =
       static_cast<size_t>(std::count_if(traces.begin(), traces.end(), [](const LoadTrace& trace) {
         return !trace.block.has_value();

@@ -113,15 +113,18 @@ struct LineValue {
         spelling.gathered.find_first_of(kDigits, spelling.number.size()) != std::string::npos;
     const bool fits =
         spellingOf(hexadecimal).readAlike() && feed(hexadecimal).kind == LineEffect::Kind::Sets;
-    const std::vector<std::string> lost = keysLostAfter(file, line);
+    std::vector<std::string> keys = keysLostAfter(file, line);
+    const std::string lost =
+        keys.empty() ? "" : " and the rest of the file (" + Join(keys, ", ") + ")";
+    keys.push_back(parameter.key);
     add(Rule::NumberSpelling,
         "the device cannot read '" + shortened(spelling.gathered) + "'" +
-            (octal ? " (a leading zero means octal)" : "") + " and ignores this line" +
-            (lost.empty() ? "" : " and the rest of the file (" + Join(lost, ", ") + ")") +
+            (octal ? " (a leading zero means octal)" : "") + " and ignores this line" + lost +
             ": write " + (octal || !fits ? "" : hexadecimal + " if hexadecimal is meant, or ") +
             (octal      ? shortened(decimal)
              : is_other ? "a decimal number"
-                        : shortened(withoutSign(spelling.number))));
+                        : shortened(withoutSign(spelling.number))),
+        0, keys);
   }
 
   void checkForm(const std::string& number) const {

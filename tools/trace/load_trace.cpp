@@ -24,6 +24,8 @@
 
 namespace {
 
+constexpr char kMissing[] = "parameters are missing";
+
 // Reads the file that the entry names as the loader does, and notes what came of it.
 TracedEntry traceEntry(size_t number, const std::string& text, const std::string& country,
                        std::vector<calibration>& calibrations) {
@@ -129,8 +131,7 @@ void makeBlock(LoadTrace& trace, const std::vector<calibration>& calibrations) {
   ccc_calib calib{};
   const ParseResult result = parse_calibrations(calibrations, trace.deciding().path, calib);
   if (result != ParseResult::ValidCalibration) {
-    trace.problem =
-        trace.missing.empty() ? "every calibration file has an error" : "parameters are missing";
+    trace.problem = trace.missing.empty() ? "every calibration file has an error" : kMissing;
     return;
   }
   try {
@@ -194,6 +195,25 @@ std::vector<LineRef> LoadTrace::refusedByDevice() const {
     if (refuses) refs.push_back(ref);
   });
   return refs;
+}
+
+void LoadTrace::readAsDevice() {
+  if (!selected || unknown) return;
+  for (const LineRef& refusal : refusedByDevice()) {
+    for (TracedParameter& parameter : parameters) {
+      std::vector<LineRef>& lines = parameter.settings;
+      if (parameter.facts == nullptr || lines.empty()) continue;
+      const auto is_lost = [&](const LineRef& ref) {
+        return ref.file == refusal.file && ref.line >= refusal.line;
+      };
+      lines.erase(std::remove_if(lines.begin(), lines.end(), is_lost), lines.end());
+      if (lines.empty()) missing.push_back(parameter.key);
+    }
+  }
+  if (missing.empty()) return;
+  refused = false;
+  block.reset();
+  problem = kMissing;
 }
 
 LoadTrace LoadTracer::trace(const std::string& country) {

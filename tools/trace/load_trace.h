@@ -99,6 +99,8 @@ struct LoadTrace {
   std::vector<LineRef> failing() const;
   // Those at which only the device's C++ library ends it: this program's reads the number.
   std::vector<LineRef> refusedByDevice() const;
+  // Leaves out these lines and what they lose.
+  void readAsDevice();
   // The value that the parameter has, which a line must set.
   const std::string& valueOf(const TracedParameter& parameter) const {
     return at(parameter.settings.back()).effect.value;
