@@ -479,10 +479,13 @@ there is no path file ./calib_paths
                       f"\nNot read after it:{place}2: patch.port=1\n\n", shown)
 
     def test_an_unknown_name_is_wrong_usage(self):
-        self.fails(run("explain", "--root", EXAMPLES, "xtal_trm"),
-                   "no parameter and no field has the name 'xtal_trm'; did you mean 'xtal_trim'?")
-        self.fails(run("explain", "--root", EXAMPLES, "nonsense"),
-                   "no parameter and no field has the name 'nonsense'")
+        """The hints are lint's for keys."""
+        for name, hint in (("xtal_trm", "; did you mean 'xtal_trim'?"), ("nonsense", ""),
+                           ("EDGE.port", "; did you mean 'edge.port'?"),
+                           ("port", "; did you mean 'edge.port' or 'patch.port'?"),
+                           ("ch9_prt", "; did you mean 'ch9_port'?")):
+            self.fails(run("explain", "--root", EXAMPLES, name),
+                       f"no parameter and no field has the name '{name}'{hint}")
 
 
 class DeviceLog(CommandTest):

@@ -4,6 +4,7 @@
 
 #include "tools/block/view.h"
 #include "tools/command/tree.h"
+#include "tools/lint/key_hints.h"
 #include "tools/trace/countries.h"
 
 namespace {
@@ -13,13 +14,16 @@ bool contains(const std::vector<std::string>& names, const std::string& name) {
 }
 
 void checkNames(const LoadTrace& trace, const std::vector<std::string>& names) {
-  std::vector<std::string> known;
-  for (const TracedParameter& parameter : trace.parameters) known.push_back(parameter.key);
-  for (const BlockField& field : kBlockFields) known.emplace_back(field.name);
+  std::vector<std::string> fields;
+  for (const BlockField& field : kBlockFields) fields.emplace_back(field.name);
   for (const std::string& name : names) {
-    if (contains(known, name)) continue;
+    const bool is_key =
+        std::any_of(trace.parameters.begin(), trace.parameters.end(),
+                    [&](const TracedParameter& parameter) { return parameter.key == name; });
+    if (is_key || contains(fields, name)) continue;
+    const KeyHint hint = KeyHints(trace).hintFor(name);
     throw std::runtime_error("no parameter and no field has the name '" + name + "'" +
-                             suggestion(name, known));
+                             (hint.keys.empty() ? suggestion(name, fields) : hint.text));
   }
 }
 
