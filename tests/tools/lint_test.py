@@ -446,7 +446,8 @@ class Trees(CommandTest):
         for name in ("fr/calb.conf", "us/Calib.conf", "JP/calib.conf", "de.bak/calib.conf",
                      "common.conf.orig", "readme.txt", "de/notes", "usa/calib.conf",
                      "common.configuration", "Unknown/calib.conf", "DEFAULT/calib.conf",
-                     "default.bak/calib.conf"):
+                     "default.bak/calib.conf", "us-ca/calib.conf", "se.bak/calib.conf",
+                     "at/calib.conf.txt"):
             self.write(name)
         (self.etc / "uwb_calib_path.conf").write_text("")
         self.is_golden("unread")

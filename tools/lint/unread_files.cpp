@@ -15,12 +15,15 @@ bool isSeparator(uint8_t c) {
 }
 
 // What to do with a file that may be meant to have the wanted name; empty when it does not seem so.
-std::string adviceFor(const std::string& name, const std::string& wanted) {
+std::string adviceFor(const std::string& directory, const std::string& name,
+                      const std::string& wanted) {
   if (name == wanted) return {};
   if (CalibPath::lowercase(name) == CalibPath::lowercase(wanted))
     return "rename it, as capitals count";
-  if (StartsWith(name, wanted) && isSeparator(static_cast<uint8_t>(name[wanted.size()])))
-    return "remove it if it is an old copy";
+  if (StartsWith(name, wanted) && isSeparator(static_cast<uint8_t>(name[wanted.size()]))) {
+    const bool is_alone = tracePath(directory + wanted).kind == FileKind::Missing;
+    return is_alone ? "rename it" : "remove it if it is an old copy";
+  }
   return editDistance(name, wanted, 1) <= 1 ? "rename it if it is misspelt" : "";
 }
 
@@ -52,6 +55,7 @@ class UnreadFiles {
   // file of the wanted name may have one of a similar name.
   void checkCountries(const std::string& entry) {
     const PlaceholderPart part = placeholderPartOf(entry);
+    for (const std::string& code : not_taken_) asked_.insert(pathOf(entry, code));
     for (const std::string& name : namesIn(part.directory)) {
       const std::string code = codeIn(name, part);
       const std::string lowered = CalibPath::lowercase(code);
@@ -77,7 +81,7 @@ class UnreadFiles {
 
   void checkName(const std::string& directory, const std::string& name, const std::string& wanted) {
     const std::string path = directory + name;
-    const std::string advice = adviceFor(name, wanted);
+    const std::string advice = adviceFor(directory, name, wanted);
     if (advice.empty() || asked_.count(path) > 0 || !told_.insert(path).second) return;
     findings_.add({Rule::FileUnread,
                    {path},
@@ -85,6 +89,8 @@ class UnreadFiles {
   }
 
   Findings& findings_;
+  // Told of with the loads.
+  const std::vector<std::string> not_taken_ = countriesToLoad({}).not_taken;
   std::set<std::string> asked_;
   std::set<std::string> entries_;  // Those with a placeholder.
   std::set<std::string> told_;
