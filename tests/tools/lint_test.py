@@ -373,6 +373,11 @@ class Trees(CommandTest):
             (self.uwb / code).mkdir()
             (self.uwb / code / "calib.conf").symlink_to(target)
         (self.uwb / "es/calib.conf").mkdir(parents=True)
+        # In the place of a country's folder. Files with other names may lie there.
+        (self.uwb / "no").symlink_to("nowhere")
+        os.mkfifo(self.uwb / "pl")
+        self.write("pt", "")
+        self.write("notes", "")
         self.is_golden("unusable")
         self.assertIn(b"error: cannot read /vendor/etc/uwb/fr/calib.conf: it is a link to "
                       b"/nowhere/calib.conf, which does not exist", self.lint("--country", "FR"))
@@ -414,7 +419,8 @@ class Trees(CommandTest):
         with open(self.etc / "uwb_calib_paths.conf", "a", encoding="ascii") as paths:
             paths.write("/vendor/etc/uwb/common.conf/more\n/write_only/drop_caches\n")
         shown = self.lint("--map", "/write_only=/proc/sys/vm").decode()
-        self.assertIn("warning: there is no /vendor/etc/uwb/common.conf/more: ", shown)
+        self.assertIn("error: cannot read /vendor/etc/uwb/common.conf/more: "
+                      "/vendor/etc/uwb/common.conf is no directory: ", shown)
         # Nobody may read this one, root neither.
         self.assertIn("error: cannot read /write_only/drop_caches: Permission denied: ", shown)
 
@@ -426,6 +432,10 @@ class Trees(CommandTest):
         (self.uwb / "fr").mkdir()
         (self.uwb / "fr/calib.conf").symlink_to("/nowhere/calib.conf")
         self.assertIn(missing + b" [", self.lint("--country", "FR"))
+        (self.uwb / "default").rmdir()
+        (self.uwb / "default").symlink_to("nowhere")
+        self.assertIn(b"error: cannot read /vendor/etc/uwb/default/calib.conf: /vendor/etc/uwb/default "
+                      b"is a link to nowhere, which does not exist: ", self.lint("--country", "SE"))
 
     def test_country_file_without_permission(self):
         self.write("fr/calib.conf")

@@ -21,7 +21,10 @@ void addNamesOf(const std::string& entry, std::set<std::string>& names) {
     const std::string code = codeIn(name, part);
     // A code in capitals is lowered before it comes here, so only some names are ever looked for.
     if (code.empty() || code.find('.') != code.npos || CalibPath::lowercase(code) != code) continue;
-    if (tracePath(pathOf(entry, code)).kind != FileKind::Missing) names.insert(code);
+    const FileKind kind = tracePath(pathOf(entry, code)).kind;
+    // Beside the folders of countries there may be files of any name.
+    const bool is_usable = kind != FileKind::Unreadable || isCountryCode(code);
+    if (kind != FileKind::Missing && is_usable) names.insert(code);
   }
 }
 

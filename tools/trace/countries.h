@@ -17,8 +17,8 @@ struct Countries {
 };
 
 // The countries of the list "us,de,other,none", each once; std::runtime_error where there are none.
-// Without a list: those for which the tree has a calibration file of its own, readable or not; any
-// other; and none.
+// Without a list: those for which the tree has a calibration file of its own, readable or not, or
+// something else in the place of its folder; any other; and none.
 Countries countriesToLoad(const std::optional<std::string>& list);
 
 // "not taken for countries: base, latam (...)"; empty when there are none.

@@ -163,6 +163,21 @@ void noteUnopened(LoadTrace& trace) {
   }
 }
 
+// What a path that leads to nothing meets on its way: a link to nowhere, or a file in a folder's
+// place. Empty when a name in it does not exist.
+std::string obstacleOn(const std::string& path) {
+  for (size_t end = path.size(); end > 0 && end != path.npos; end = path.rfind('/', end - 1)) {
+    const std::string part = path.substr(0, end);
+    if (const std::optional<struct stat> status = statusOf(part)) {
+      return S_ISDIR(status->st_mode) ? "" : part + " is no directory";
+    }
+    const std::string target = linkAt(part);
+    if (target.empty()) continue;
+    return (part == path ? "it" : part) + " is a link to " + target + ", which does not exist";
+  }
+  return {};
+}
+
 }  // namespace
 
 size_t LoadTrace::valueIn(const TracedLine& line) const {
@@ -268,9 +283,8 @@ TracedPath tracePath(const std::string& path) {
   std::string reason = std::strerror(error);
   if (error == EXDEV) reason = "a link leads out of the folder of its --map";
   if (error == ENOENT || error == ENOTDIR) {
-    const std::string target = linkAt(path);
-    if (target.empty()) return {path, FileKind::Missing, "there is no " + path};
-    reason = "it is a link to " + target + ", which does not exist";
+    reason = obstacleOn(path);
+    if (reason.empty()) return {path, FileKind::Missing, "there is no " + path};
   }
   return {path, FileKind::Unreadable, "cannot read " + path + ": " + reason};
 }
