@@ -266,6 +266,15 @@ class Trees(CommandTest):
         self.assertEqual(result.returncode, status, result)
         return result.stdout + result.stderr
 
+    def as_nobody(self, *arguments):
+        """Root reads every file."""
+        self.folder.chmod(0o755)
+        nobody = {"user": 65534, "group": 65534, "extra_groups": []} if os.geteuid() == 0 else {}
+        try:
+            return run(*arguments, cwd=self.folder, **nobody)
+        except PermissionError:
+            self.skipTest("another user than root cannot call the command where it lies")
+
     def is_golden(self, name, *options, status=1):
         self.golden(f"trees/{name}", self.lint(*options, status=status))
 
@@ -440,17 +449,25 @@ class Trees(CommandTest):
     def test_country_file_without_permission(self):
         self.write("fr/calib.conf")
         (self.uwb / "fr/calib.conf").chmod(0)
-        self.folder.chmod(0o755)
-        # Root reads every file.
-        nobody = {"user": 65534, "group": 65534, "extra_groups": []} if os.geteuid() == 0 else {}
-        try:
-            result = run("lint", "--root", "tree", cwd=self.folder, **nobody)
-        except PermissionError:
-            self.skipTest("another user than root cannot call the command where it lies")
         self.assertIn(b"error: cannot read /vendor/etc/uwb/fr/calib.conf: Permission denied: "
                       b"put a file there that can be read; /vendor/etc/uwb/default/calib.conf is "
                       b"read instead (country fr)",
-                      result.stdout)
+                      self.as_nobody("lint", "--root", "tree").stdout)
+
+    def test_folder_that_keeps_its_names(self):
+        """Which countries it has is unknown, and said so."""
+        self.uwb.chmod(0o311)
+        self.addCleanup(self.uwb.chmod, 0o755)
+        problem = ("cannot list /vendor/etc/uwb/: Permission denied, so its countries are unknown: "
+                   "name them with --countries")
+        shown = self.as_nobody("lint", "--root", "tree").stdout.decode()
+        self.assertEqual(shown, f"tree/vendor/etc/uwb/:1:1: error: {problem} (in both loads) "
+                                "[file-unreadable]\n")
+        for arguments in (("matrix", "--root", "tree"), ("diff", "tree", "tree")):
+            self.fails(self.as_nobody(*arguments), problem)
+            self.assertEqual(self.as_nobody(*arguments, "--countries", "de,other").returncode, 0)
+        for option in ("--countries", "--country"):
+            self.assertEqual(self.as_nobody("lint", "--root", "tree", option, "de").returncode, 0)
 
     def test_files_that_no_load_reads(self):
         for name in ("fr/calb.conf", "us/Calib.conf", "JP/calib.conf", "de.bak/calib.conf",

@@ -34,6 +34,9 @@ LintReport reportOf(const Options& options, const TargetRoot& root, Suppressions
       }));
   report.shown_path = [&root](const std::string& path) { return root.hostPath(path); };
   Findings findings = findingsOf(traces);
+  for (const TracedPath& folder : report.unlisted) {
+    findings.add({Rule::FileUnreadable, {folder.path}, folder.problem});
+  }
   for (const std::string& rule : options.error_rules) {
     findings.takeAsErrors(ruleCalled(rule).value());
   }

@@ -163,6 +163,7 @@ void checkOutcome(const Json::Value& load, const Json::Value& blocks) {
 
 Json::Value stateOf(const Countries& countries, const Options& options,
                     const DeviceLibrary& library) {
+  if (!countries.unlisted.empty()) throw std::runtime_error(countries.unlisted[0].problem);
   LoadTracer tracer;
   std::list<Load> loads;
   for (const std::string& country : countries.loads) {

@@ -7,7 +7,8 @@
 // What matrix shows and records, and diff compares: the document of 'matrix --format json', without
 // its version. docs/command.md tells its members.
 
-// The loads of these countries in the Tree that exists, in the order of the options.
+// The loads of these countries in the Tree that exists, in the order of the options. Throws
+// std::runtime_error, one line, where some are unlisted.
 Json::Value stateOf(const Countries& countries, const Options& options,
                     const DeviceLibrary& library);
 

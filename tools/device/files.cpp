@@ -5,12 +5,22 @@
 #include <dirent.h>
 #include <fcntl.h>
 
+#include <cerrno>
 #include <climits>
 #include <memory>
 
 #include "tools/device/open_redirect.h"
 
 using android::base::unique_fd;
+
+namespace {
+
+int openDirectory(const std::string& directory) {
+  const char* const path = directory.empty() ? "." : directory.c_str();
+  return open(path, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+}
+
+}  // namespace
 
 std::optional<struct stat> statusOf(const std::string& path) {
   const unique_fd file(open(path.c_str(), O_PATH | O_CLOEXEC));
@@ -35,10 +45,13 @@ bool canBeOpened(const std::string& path) {
   return unique_fd(open(path.c_str(), O_RDONLY | O_CLOEXEC)).ok();
 }
 
+bool hidesNames(const std::string& directory) {
+  return !unique_fd(openDirectory(directory)).ok() && errno == EACCES;
+}
+
 std::vector<std::string> namesIn(const std::string& directory) {
   std::vector<std::string> names = mapsIn(directory);
-  const char* const path = directory.empty() ? "." : directory.c_str();
-  const int file = open(path, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  const int file = openDirectory(directory);
   const std::unique_ptr<DIR, int (*)(DIR*)> stream(file < 0 ? nullptr : fdopendir(file), closedir);
   if (stream == nullptr) return names;
   while (const dirent* const entry = readdir(stream.get())) {

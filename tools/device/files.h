@@ -21,6 +21,9 @@ std::string linkAt(const std::string& path);
 // Whether the file can be opened for reading; the reason is in errno when not.
 bool canBeOpened(const std::string& path);
 
+// Whether the directory keeps the names in it from this user, who may yet open files there.
+bool hidesNames(const std::string& directory);
+
 // The names in a directory, the current one for an empty path, in no order; those of maps
 // alone when it cannot be read.
 std::vector<std::string> namesIn(const std::string& directory);

@@ -10,13 +10,18 @@
 #include "loader/text_file.h"
 #include "tools/device/files.h"
 #include "tools/text/text.h"
-#include "tools/trace/load_trace.h"
 
 namespace {
 
-void addNamesOf(const std::string& entry, std::set<std::string>& names) {
+void addNamesOf(const std::string& entry, std::set<std::string>& names,
+                std::vector<TracedPath>& unlisted) {
   if (CalibPath::findCountryCodeComponent(entry) == entry.npos) return;
   const PlaceholderPart part = placeholderPartOf(entry);
+  if (hidesNames(part.directory)) {
+    const std::string problem = "cannot list " + part.directory + ": Permission denied, so its " +
+                                "countries are unknown: name them with --countries";
+    unlisted.push_back({part.directory, FileKind::Unreadable, problem});
+  }
   for (const std::string& name : namesIn(part.directory)) {
     const std::string code = codeIn(name, part);
     // A code in capitals is lowered before it comes here, so only some names are ever looked for.
@@ -31,14 +36,16 @@ void addNamesOf(const std::string& entry, std::set<std::string>& names) {
 // What stands in the placeholder's place in the names of files.
 Countries countriesOfTree() {
   std::set<std::string> names;
+  Countries countries;
   for (const std::string& path : build_paths()) {
     const std::string content = read_text_file(path).value_or("");
     std::string_view rest = content;
-    for (std::string entry; next_entry(rest, entry);) addNamesOf(entry, names);
+    for (std::string entry; next_entry(rest, entry);) {
+      addNamesOf(entry, names, countries.unlisted);
+    }
   }
   names.erase(CalibPath::kDefaultCountry);
   names.erase(CalibPath::kUnknownCountry);
-  Countries countries;
   for (const std::string& name : names) {
     (isCountryCode(name) ? countries.loads : countries.not_taken).push_back(name);
   }

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "loader/calib_path.h"
+#include "tools/trace/load_trace.h"
 
 // The countries of a tree, and what they are called. A load belongs to a country's code, to none
 // (an empty code), or to any other country: that one has the word of the default's file for a code.
@@ -14,6 +15,7 @@ constexpr const char* kOtherCountry = CalibPath::kDefaultCountry;
 struct Countries {
   std::vector<std::string> loads;      // One for each; codes in alphabetical order.
   std::vector<std::string> not_taken;  // Names in a code's place that are no code of two letters.
+  std::vector<TracedPath> unlisted = {};  // Folders of more that this user cannot list.
 };
 
 // The countries of the list "us,de,other,none", each once; std::runtime_error where there are none.
