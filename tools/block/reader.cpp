@@ -76,8 +76,7 @@ std::string hexTextIn(const std::string& text) {
 }  // namespace
 
 Bytes readBlock(const std::string& input) {
-  const Bytes bytes =
-      isText(input) ? readHexText(hexTextIn(input)) : Bytes(input.begin(), input.end());
+  Bytes bytes = isText(input) ? readHexText(hexTextIn(input)) : Bytes(input.begin(), input.end());
   if (bytes.empty()) throw std::runtime_error("no block: the input is empty");
   if (bytes.size() > kBlockSize) {
     throw std::runtime_error("no block: " + std::to_string(bytes.size()) + " bytes, a block has " +

@@ -342,12 +342,12 @@ class Plan {
 };
 
 Outcome outcomeOf(const Plan& plan, const Options& options, const Paint& paint) {
-  const std::string shown = options.format == "json" ? plan.asJson() : plan.asText(paint);
+  const std::string text = options.format == "json" ? plan.asJson() : plan.asText(paint);
   if (plan.isWithoutBlocks()) {
-    return {kFindings, shown,
+    return {kFindings, text,
             "no valid calibration in " + options.operands[0] + " and " + options.operands[1]};
   }
-  return {plan.isEmpty() ? kGood : kFindings, shown, {}, plan.remark()};
+  return {plan.isEmpty() ? kGood : kFindings, text, {}, plan.remark()};
 }
 
 // Those that are named, by one of the options; none where all are compared. A block is of one load.
