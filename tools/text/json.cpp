@@ -14,7 +14,7 @@ std::string validUtf8(const std::string& text) {
   std::string valid;
   for (size_t at = 0; at < text.size();) {
     const size_t length = characterLength(text, at);
-    valid += length == 0 ? "\xEF\xBF\xBD" : text.substr(at, length);
+    length == 0 ? valid += "\xEF\xBF\xBD" : valid.append(text, at, length);
     at += std::max<size_t>(length, 1);
   }
   return valid;

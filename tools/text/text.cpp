@@ -116,6 +116,7 @@ size_t editDistance(const std::string& a, const std::string& b, size_t limit) {
       diagonal = row[j];
       row[j] = std::min({row[j] + 1, row[j - 1] + 1, replaced});
     }
+    if (*std::min_element(row.begin(), row.end()) > limit) break;
   }
   return row.back();
 }

@@ -46,7 +46,7 @@ std::vector<std::string> wordsIn(const std::string& list);
 // "1 file", "2 files".
 std::string counted(size_t count, const std::string& thing);
 
-// Levenshtein's distance; more than `limit` when the lengths alone differ by more.
+// Levenshtein's distance; any more than `limit` when it is more.
 size_t editDistance(const std::string& a, const std::string& b, size_t limit);
 
 // The candidate that was probably meant by a misspelt `word`; empty when none is near.
