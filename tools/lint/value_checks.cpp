@@ -14,14 +14,13 @@ constexpr char kDigits[] = "0123456789";
 // lost them already.
 std::vector<std::string> keysLostAfter(const CheckedFile& file, const TracedLine& line) {
   std::vector<std::string> keys;
-  std::set<size_t> known;
-  if (line.lost) return keys;
-  for (size_t i = line.number; i < file.file.lines.size(); ++i) {
+  const bool is_name = file.trace.parameterOf(line).facts == nullptr;
+  for (size_t i = line.number; !line.lost && i < file.file.lines.size(); ++i) {
     const TracedLine& later = file.file.lines[i];
-    const bool is_lost = later.parameter.has_value() && later.pass == line.pass;
-    if (is_lost && known.insert(*later.parameter).second) {
-      keys.push_back(file.trace.parameterOf(later).key);
-    }
+    if (!later.parameter.has_value()) continue;
+    const auto& [key, settings, facts] = file.trace.parameterOf(later);
+    const bool is_known = std::find(keys.begin(), keys.end(), key) != keys.end();
+    if ((facts == nullptr) == is_name && !is_known) keys.push_back(key);
   }
   return keys;
 }

@@ -21,6 +21,7 @@
 #include "tools/device/files.h"
 #include "tools/probe/number_spelling.h"
 #include "tools/text/text.h"
+#include "tools/trace/countries.h"
 
 namespace {
 
@@ -31,17 +32,14 @@ TracedEntry traceEntry(size_t number, const std::string& text, const std::string
                        std::vector<calibration>& calibrations) {
   CalibReader reader;
   const std::optional<calibration> read = CalibParser(reader, country).parsePathFileEntry(text);
-  const std::string::size_type position = CalibPath::findCountryCodeComponent(text);
-  const auto pathOf = [&](const std::string& code) {
-    return tracePath(CalibPath::setCountryCodeComponent(text, position, code));
-  };
   TracedEntry entry;
   entry.number = number;
   entry.text = text;
-  entry.has_placeholder = position != text.npos;
-  entry.own = entry.has_placeholder ? pathOf(country) : tracePath(text);
+  entry.has_placeholder = CalibPath::findCountryCodeComponent(text) != text.npos;
+  entry.own = tracePath(entry.has_placeholder ? pathOf(text, country) : text);
   const bool tried_all = !read.has_value() || read->path != entry.own.path;
-  if (entry.has_placeholder && tried_all) entry.fallback = pathOf(CalibPath::kDefaultCountry);
+  if (entry.has_placeholder && tried_all)
+    entry.fallback = tracePath(pathOf(text, CalibPath::kDefaultCountry));
   if (!read.has_value()) return entry;
   entry.file = calibrations.size();
   calibrations.push_back(*read);
@@ -86,11 +84,11 @@ void selectAntennas(LoadTrace& trace, const std::vector<calibration>& calibratio
 
 void addParameters(LoadTrace& trace, const SchemaProbe& selection, const SchemaProbe& calibration) {
   for (const std::string& key : selection.keys()) {
-    trace.parameters.push_back({key, Pass::Selection, {}, nullptr});
+    trace.parameters.push_back({key, {}, nullptr});
   }
   const std::vector<const Parameter*> facts = parametersFor(trace.selection);
   for (size_t i = 0; i < facts.size(); ++i) {
-    trace.parameters.push_back({calibration.keys().at(i), Pass::Calibration, {}, facts[i]});
+    trace.parameters.push_back({calibration.keys().at(i), {}, facts[i]});
   }
 }
 
@@ -100,18 +98,14 @@ TracedFile follow(const calibration& file, const SchemaProbe& selection,
   TracedFile traced{file.path, file.content, {}};
   bool failed[2] = {};
   for (const std::string& text : linesOf(file.content)) {
-    TracedLine line{traced.lines.size() + 1, text, Pass::Selection, {}, selection.feed(text)};
-    if (!line.effect.namesParameter()) {
-      line.effect = calibration.feed(text);
-      line.pass = Pass::Calibration;
-    }
+    TracedLine line{traced.lines.size() + 1, text, {}, selection.feed(text)};
+    const bool is_name = line.effect.namesParameter();
+    if (!is_name) line.effect = calibration.feed(text);
     if (line.effect.namesParameter()) {
       // The parameters of the second tree come after those of the first.
-      const size_t first = line.pass == Pass::Selection ? 0 : selection.keys().size();
-      line.parameter = first + line.effect.parameter;
-      bool& pass_failed = failed[static_cast<size_t>(line.pass)];
-      line.lost = pass_failed;
-      pass_failed = pass_failed || line.effect.kind == LineEffect::Kind::Fails;
+      line.parameter = (is_name ? 0 : selection.keys().size()) + line.effect.parameter;
+      line.lost = failed[is_name];
+      failed[is_name] = line.lost || line.effect.kind == LineEffect::Kind::Fails;
     }
     traced.lines.push_back(std::move(line));
   }

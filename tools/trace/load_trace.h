@@ -15,16 +15,14 @@
 
 // A load with what no log of a device tells: which line of which file did what.
 
-// The texts are read twice: for the antennas' names, then for everything else.
-enum class Pass { Selection, Calibration };
-
 struct TracedLine {
   size_t number = 0;  // Counted from 1.
   std::string text;
-  Pass pass = Pass::Selection;      // The one that `parameter` belongs to.
   std::optional<size_t> parameter;  // What the line names: an index in LoadTrace::parameters.
   LineEffect effect;
-  bool lost = false;  // The device stopped reading the file at an earlier line in this pass.
+  // The device stopped reading the file at an earlier line. It reads files twice: for the antennas'
+  // names, then for everything else.
+  bool lost = false;
 };
 
 struct TracedFile {
@@ -68,7 +66,6 @@ struct LineRef {
 
 struct TracedParameter {
   std::string key;
-  Pass pass;
   std::vector<LineRef> settings;  // In the order of reading: the last one wins.
   const Parameter* facts;         // Null for an antenna's name.
 };
