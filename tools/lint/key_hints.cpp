@@ -33,40 +33,36 @@ KeyHints::KeyHints(const LoadTrace& trace) : selection_(trace.selection) {
   for (const TracedParameter& parameter : trace.parameters) {
     // An antenna that no line selects has no name.
     if (StartsWith(parameter.key, "?.")) continue;
-    const Parts& parts = keys_.emplace(parameter.key, parameter.key).first->second.parts;
-    known_parts_.insert(parts.begin(), parts.end());
+    keys_.emplace(parameter.key, parameter.key);
   }
 }
 
-// How far a part of a key is from one that exists. Another channel, or another antenna's number, is
-// no misspelling.
+// How far a part of a key is from one that exists. Another antenna's number is no misspelling.
 size_t KeyHints::partDistance(const std::string& part, const std::string& existing) const {
-  if (known_parts_.count(part) > 0) return part == existing ? 0 : kFar;
-  if (lettersIn(part) == lettersIn(existing)) {
-    const bool is_name = existing == CalibPath::lowercase(selection_.ch5) ||
-                         existing == CalibPath::lowercase(selection_.ch9);
-    return is_name ? kFar : 1;
-  }
+  const bool is_name = existing == CalibPath::lowercase(selection_.ch5) ||
+                       existing == CalibPath::lowercase(selection_.ch9);
+  if (part == existing) return 0;
+  if (lettersIn(part) == lettersIn(existing)) return is_name ? kFar : 1;
   const size_t limit = std::max<size_t>(1, existing.size() / 3);
   const size_t distance = editDistance(part, existing, limit);
   return distance > limit ? kFar : distance;
 }
 
-// The key may lack some of the parts. Or it has all words, in any order, and more.
+// The key may lack some of the words, or have more, in any order; or some parts are misspelt.
 size_t KeyHints::distanceOf(const Key& key, const Key& existing) const {
-  if (std::includes(key.words.begin(), key.words.end(), existing.words.begin(),
-                    existing.words.end())) {
-    return key.words.size() - existing.words.size();
-  }
-  size_t at = 0;
+  const auto& [shorter, longer] =
+      std::minmax(key.words, existing.words,
+                  [](const Parts& a, const Parts& b) { return a.size() < b.size(); });
+  if (std::includes(longer.begin(), longer.end(), shorter.begin(), shorter.end()))
+    return longer.size() - shorter.size();
+  if (key.parts.size() != existing.parts.size()) return kFar;
   size_t sum = 0;
-  for (const std::string& part : existing.parts) {
-    const size_t distance = at < key.parts.size() ? partDistance(key.parts[at], part) : kFar;
-    if (distance == kFar) continue;
+  for (size_t i = 0; i < key.parts.size(); ++i) {
+    const size_t distance = partDistance(key.parts[i], existing.parts[i]);
+    if (distance == kFar) return kFar;
     sum += distance;
-    ++at;
   }
-  return at == key.parts.size() ? sum : kFar;
+  return sum;
 }
 
 KeyHint KeyHints::hintFor(const std::string& key) const {

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <map>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -39,5 +38,4 @@ class KeyHints {
 
   const antenna_selection selection_;
   std::map<std::string, Key> keys_;
-  std::set<std::string> known_parts_;
 };

@@ -31,15 +31,14 @@ void Suppressions::addBaseline(const std::string& name, const std::string& text)
 bool Suppressions::take(const Finding& finding, const ShownPath& shown_path) {
   if (finding.rule == Rule::NoBlock) return false;
   const std::string rule = factsOf(finding.rule).name;
-  std::vector<std::string> names = {rule};
+  const auto is_ignored = [&](const std::string& path) {
+    const auto at = ignored_.find(rule + path);
+    return at != ignored_.end() && (at->second = true);
+  };
+  if (is_ignored("")) return true;
   for (const std::string& path : {finding.place.path, finding.about}) {
     if (path.empty()) continue;
-    names.push_back(Join(std::vector{rule, path}, ":"));
-    names.push_back(Join(std::vector{rule, shown_path(path)}, ":"));
-  }
-  for (const std::string& name : names) {
-    const auto at = ignored_.find(name);
-    if (at != ignored_.end()) return at->second = true;
+    if (is_ignored(":" + path) || is_ignored(":" + shown_path(path))) return true;
   }
   const auto line = baseline_.find(baselineLine(finding));
   if (line == baseline_.end()) return false;

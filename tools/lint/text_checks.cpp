@@ -7,38 +7,33 @@
 
 namespace {
 
-// Where the line has bytes that are no UTF-8, or control characters.
-std::vector<size_t> noTextIn(const std::string& line) {
-  std::vector<size_t> places;
-  for (size_t at = 0; at < line.size();) {
-    const size_t length = characterLength(line, at);
-    const bool is_blank = line[at] == '\t' || line[at] == '\r';
-    const bool is_control = std::iscntrl(static_cast<uint8_t>(line[at])) != 0 && !is_blank;
-    if (length == 0 || is_control) places.push_back(at);
-    at += std::max<size_t>(length, 1);
-  }
-  return places;
+bool isControl(char c) {
+  return std::iscntrl(static_cast<uint8_t>(c)) != 0 && c != '\t' && c != '\r';
 }
 
-std::string messageFor(uint8_t byte, size_t more) {
-  const bool is_control = std::iscntrl(byte) != 0;
-  return (is_control ? "the control character " : "the byte ") + hex(byte, 2) +
-         (is_control ? " is no text: remove it" : " is not UTF-8: save the file as UTF-8") +
-         (more == 0 ? "" : "; the file has " + std::to_string(more) + " more that are no text");
-}
-
+// Bytes that are no UTF-8, or control characters: the first one is told of.
 void checkBytes(const std::string& path, const std::string& content, Findings& findings) {
   size_t count = 0;
   Place first;
   const std::vector<std::string> lines = linesOf(content);
   for (size_t i = 0; i < lines.size(); ++i) {
-    const std::vector<size_t> places = noTextIn(lines[i]);
-    if (count == 0 && !places.empty()) first = {path, i + 1, places.front() + 1, lines[i]};
-    count += places.size();
+    const std::string& line = lines[i];
+    for (size_t at = 0; at < line.size();) {
+      const size_t length = characterLength(line, at);
+      const bool is_text = length > 0 && !isControl(line[at]);
+      if (!is_text && count++ == 0) first = {path, i + 1, at + 1, line};
+      at += std::max<size_t>(length, 1);
+    }
   }
   if (count == 0) return;
-  const auto byte = static_cast<uint8_t>(first.source[first.column - 1]);
-  findings.add({Rule::NotText, first, messageFor(byte, count - 1)});
+  const char byte = first.source[first.column - 1];
+  findings.add(
+      {Rule::NotText, first,
+       (isControl(byte) ? "the control character " : "the byte ") +
+           hex(static_cast<uint8_t>(byte), 2) +
+           (isControl(byte) ? " is no text: remove it" : " is not UTF-8: save the file as UTF-8") +
+           (count == 1 ? ""
+                       : StringPrintf("; the file has %zu more that are no text", count - 1))});
 }
 
 // Why the file has no lines that can be read; null when it has.
