@@ -81,9 +81,8 @@ KeyHint KeyHints::otherChannel(const std::string& key) const {
     const std::string meant = other + key.substr(named.size());
     if (keys_.count(meant) == 0) continue;
     return {{meant},
-            StringPrintf("'%s' serves channel %d, so its lines for channel %d set nothing: channel "
-                         "%d is served by '%s'",
-                         named.c_str(), ch5 ? 5 : 9, ch5 ? 9 : 5, ch5 ? 9 : 5, other.c_str()),
+            StringPrintf(": '%s' serves channel %d; channel %d is served by '%s'", named.c_str(),
+                         ch5 ? 5 : 9, ch5 ? 9 : 5, other.c_str()),
             true};
   }
   return {};

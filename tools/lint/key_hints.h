@@ -11,7 +11,7 @@
 struct KeyHint {
   std::vector<std::string> keys;  // One or two; none when nothing is near, or too many are.
   std::string text;               // "; did you mean 'a.port'?"
-  bool of_antenna = false;        // The text tells all: it is the same for all keys of an antenna.
+  bool of_channel = false;        // The antenna serves the other channel.
 };
 
 class KeyHints {

@@ -82,11 +82,11 @@ void checkKey(const CheckedFile& file, const TracedLine& line, const std::string
   const KeyHint hint = file.hints.hintFor(key);
   // Without the antennas' names, a key that begins with one cannot be judged.
   if (hint.keys.empty() && !file.trace.selected && dot != key.npos) return;
-  const std::string none = key.empty() ? "there is no key before '='"
-                                       : "no parameter has the key '" + shortened(key) + "'";
-  file.add(Rule::UnknownKey, line, at,
-           (hint.of_antenna ? "" : none + ", so the line sets nothing") + hint.text, hint.keys,
-           hint.of_antenna);
+  std::string none = key.empty() ? "there is no key before '='"
+                                 : "no parameter has the key '" + shortened(key) + "'";
+  none += ", so the line sets nothing";
+  if (hint.of_channel) none = "an antenna's lines for the other one's channel set nothing";
+  file.add(Rule::UnknownKey, line, at, none + hint.text, hint.keys, hint.of_channel);
 }
 
 // An assignment that sets nothing.
