@@ -451,8 +451,8 @@ there is no path file ./calib_paths
         self.golden("explain.tried.json", result.stdout)
 
     def test_shows_only_the_named_keys_and_fields(self):
-        shown = run("explain", "--root", EXAMPLES, "--country", "DE").stdout.decode()
-        result = run("explain", "--root", EXAMPLES, "--country", "DE", "wifi_coex_time_gap",
+        shown = run("explain", "--root", EXAMPLES, "--country", "FR").stdout.decode()
+        result = run("explain", "--root", EXAMPLES, "--country", "FR", "wifi_coex_time_gap",
                      "edge.selector_gpio", "ch5_antenna_selection", "ch9.antenna_selection")
         self.assertEqual((result.returncode, result.stderr), (0, b""))
         self.golden("explain.names", result.stdout)
