@@ -64,13 +64,15 @@ class Matrix(CompareTest):
 
     def test_loads_without_a_block_are_told_once_for_each_reason(self):
         self.change("de/calib.conf", "edge.ch9.prf64.tx_power", "edge.ch9.prf64.power")
-        shutil.copytree(self.tree / "vendor/etc/uwb/de", self.tree / "vendor/etc/uwb/fr")
+        uwb = self.tree / "vendor/etc/uwb"
+        for country in set(COUNTRIES[:20]) - {"de"}:
+            shutil.copytree(uwb / "de", uwb / country)
         self.change("us/calib.conf", "patch.ch5.prf64.tx_power", "patch.ch5.prf64.power")
         self.golden("matrix.incomplete", self.shown("matrix", "--root", "tree", status=1))
         rows = json.loads(self.shown("matrix", "--root", "tree", "--format", "json", status=1))
         self.assertEqual([row.get("missing") for row in rows["countries"]],
-                         [["edge.ch9.prf64.tx_power"], ["edge.ch9.prf64.tx_power"],
-                          ["patch.ch5.prf64.tx_power"], None, None])
+                         [*[["edge.ch9.prf64.tx_power"]] * 20, ["patch.ch5.prf64.tx_power"],
+                          None, None])
 
     def test_a_load_that_reads_no_regular_file_has_no_block(self):
         """Nothing opens a pipe, so what the device reads from it is unknown."""

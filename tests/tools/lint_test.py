@@ -574,11 +574,11 @@ class Trees(CommandTest):
 
     def test_antenna_with_an_equal_sign(self):
         for path in (self.uwb / "common.conf", *self.uwb.glob("*/calib.conf")):
-            path.write_text(path.read_text().replace("patch", "a=1"))
+            path.write_text(path.read_text().replace("patch", "1a=1"))
         self.assertEqual(self.lint("-q", status=0), b"")
         state = json.loads(run("matrix", "--root", "tree", "--format", "json", cwd=self.folder).stdout)
         values = {line["text"]: line["value"] for line in state["lines"]}
-        self.assertEqual((values["a=1.port=0"], values["a=1.selector_gpio=6"]), ("0", "6"))
+        self.assertEqual((values["1a=1.port=0"], values["1a=1.selector_gpio=6"]), ("0", "6"))
 
     def test_selection_is_missing(self):
         self.edit(self.uwb / "common.conf", "ch9.antenna_selection", "ch8.antenna_selection")
@@ -727,7 +727,8 @@ class Trees(CommandTest):
 
     def test_lines_that_are_lost(self):
         """What is told of them does not say that they are read."""
-        self.write("more.conf", "xtal_trim=444\nversion=010\nversion=-2\nap_coop_mode=2 3\n"
+        self.write("more.conf", "xtal_trim=444\nversion=010\nversion=-2\n"
+                                f"ap_coop_mode=2{' ' * 99}3{'4' * 99}\n"
                                 "wifi_coex_time_gap=12dB\nversion=70000\n")
         self.is_golden("lost_lines")
 
