@@ -149,7 +149,7 @@ class Formats(CommandTest):
         super().setUp()
         self.tree = tree_of("out-of-range", "bad", self.folder)
         (self.tree / "vendor/etc/uwb/more.conf").write_bytes(
-            b"xtal_trim=40 \xe2\x82\xac, 100%\n# caf\xe9 \x1b[31m\0\nversion=70000\n")
+            b"version=70000\n# caf\xe9 \x1b[31m\0\nxtal_trim=40 \xe2\x82\xac, 100%\n")
 
     def lint(self, form):
         result = run("lint", "-q", "--root", "bad", "--format", form, cwd=self.folder)

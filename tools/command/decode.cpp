@@ -56,7 +56,6 @@ std::string rowText(const Bytes& block, const Row& row, const Paint& paint) {
   std::string text = StringPrintf("%6zu  %-22s  %-12s  %10s", field.offset, field.name,
                                   fieldBytes(block, field).c_str(), valueOf(block, field).c_str());
   if (!row.meaning.empty()) text += "  " + (row.bad ? paint.red(row.meaning) : row.meaning);
-  text.erase(text.find_last_not_of(' ') + 1);
   return text + "\n";
 }
 

@@ -84,7 +84,7 @@ std::vector<std::string> messageLinesOf(const std::string& log) {
     const bool is_header = StartsWith(line, "[ ") && line.back() == ']';
     if (line.empty()) header.clear();
     lines.push_back(is_header ? "" : header + line);
-    if (is_header) header = line + " ";
+    if (is_header) header = line;
   }
   return lines;
 }
