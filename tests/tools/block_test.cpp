@@ -68,6 +68,7 @@ TEST(BlockReader, ReadsARawBlockThatBeginsLikeAFormat) {
 
 TEST(BlockReader, ReadsACutBlockAsItIs) {
   EXPECT_EQ(readBlock(std::string("\xDA\x35\x00", 3)), (Bytes{0xDA, 0x35, 0x00}));
+  EXPECT_EQ(readBlock("\x7F"), Bytes{0x7F});
 }
 
 TEST(BlockReader, RefusesWhatIsNoBlock) {
@@ -76,7 +77,7 @@ TEST(BlockReader, RefusesWhatIsNoBlock) {
   EXPECT_EQ(refusal(std::string(83, '\0')), "no block: 83 bytes, a block has 82");
   const std::string no_format = "no block: a text, but in no format that build writes";
   const std::string cut_json = "no block: the JSON document is not whole";
-  EXPECT_EQ(refusal("xtal_trim=40\n"), no_format);
+  EXPECT_EQ(refusal("xtal_trim\t= 40 ~\r\n"), no_format);
   EXPECT_EQ(refusal("[1]"), no_format);
   EXPECT_EQ(refusal(std::string(2000, '[')), no_format);
   EXPECT_EQ(refusal("{\"bytes\": 12}"), no_format);
