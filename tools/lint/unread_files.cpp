@@ -57,8 +57,11 @@ class UnreadFiles {
     const PlaceholderPart part = placeholderPartOf(entry);
     for (const std::string& code : not_taken_) asked_.insert(pathOf(entry, code));
     for (const std::string& name : namesIn(part.directory)) {
+      if (!StartsWith(name, part.before)) continue;
       const std::string code = codeIn(name, part);
-      const std::string lowered = CalibPath::lowercase(code);
+      // More may follow what follows the placeholder.
+      const std::string lowered =
+          CalibPath::lowercase(code.empty() ? name.substr(part.before.size()) : code);
       const std::string country(lowered.begin(),
                                 std::find_if(lowered.begin(), lowered.end(), isSeparator));
       const bool is_word =
