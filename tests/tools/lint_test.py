@@ -715,7 +715,7 @@ class Trees(CommandTest):
                 ("octal-nummer", f"there is no rule 'octal-nummer'{meant}"),
                 ("octal-number, no-equal", f"there is no rule 'octal-number,'{meant}"),
                 ("everything", f"there is no rule 'everything'{nothing}: lint --help lists the rules"),
-                ("", f"there is no rule ''{nothing}: name a rule of those that lint --help lists"),
+                ("", f"there is no rule ''{nothing}: lint --help lists the rules"),
                 ("no-block", "no-block cannot be ignored; --countries says which loads count")):
             with self.subTest(name):
                 self.write("more.conf", f"# lint-ignore {name}\nxtal_trim=040\n")

@@ -13,7 +13,7 @@ namespace {
 
 using android::base::StringPrintf;
 
-constexpr size_t kFar = SIZE_MAX;
+constexpr size_t kFar = 1000;
 
 std::string lettersIn(std::string text) {
   text.erase(std::remove_if(text.begin(), text.end(), [](uint8_t c) { return std::isdigit(c); }),
@@ -39,9 +39,9 @@ KeyHints::KeyHints(const LoadTrace& trace) : selection_(trace.selection) {
 
 // How far a part of a key is from one that exists. Another antenna's number is no misspelling.
 size_t KeyHints::partDistance(const std::string& part, const std::string& existing) const {
+  if (part == existing) return 0;
   const bool is_name = existing == CalibPath::lowercase(selection_.ch5) ||
                        existing == CalibPath::lowercase(selection_.ch9);
-  if (part == existing) return 0;
   if (lettersIn(part) == lettersIn(existing)) return is_name ? kFar : 1;
   const size_t limit = std::max<size_t>(1, existing.size() / 3);
   const size_t distance = editDistance(part, existing, limit);
@@ -58,9 +58,7 @@ size_t KeyHints::distanceOf(const Key& key, const Key& existing) const {
   if (key.parts.size() != existing.parts.size()) return kFar;
   size_t sum = 0;
   for (size_t i = 0; i < key.parts.size(); ++i) {
-    const size_t distance = partDistance(key.parts[i], existing.parts[i]);
-    if (distance == kFar) return kFar;
-    sum += distance;
+    sum += partDistance(key.parts[i], existing.parts[i]);
   }
   return sum;
 }
@@ -91,7 +89,7 @@ KeyHint KeyHints::otherChannel(const std::string& key) const {
 std::vector<std::string> KeyHints::nearestTo(const std::string& key) const {
   const Key wanted(key);
   std::vector<std::string> nearest;
-  size_t best = key.size();
+  size_t best = std::min(key.size(), kFar - 1);
   for (const auto& [existing, parts] : keys_) {
     const size_t distance = distanceOf(wanted, parts);
     if (distance > best) continue;

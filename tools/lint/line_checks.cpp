@@ -25,28 +25,28 @@ bool isCommentMark(const std::string& text) {
   return line.is_comment;
 }
 
+std::string wordAt(const std::string& text, size_t at, const std::string& ends = kBlanks) {
+  return text.substr(at, text.find_first_of(ends, at) - at);
+}
+
 // "# lint-ignore RULE" silences a rule for the next line. Other comments may speak of lint-ignore.
 void checkComment(const CheckedFile& file, const TracedLine& line) {
-  const size_t begin = line.text.find_first_not_of("#;/ \t");
-  const size_t end = line.text.find_first_of(kBlanks, begin);
-  if (line.text.substr(std::min(begin, line.text.size()), end - begin) != kSilencer) return;
-  const size_t at = afterBlanks(line.text, end);
-  const std::string name = line.text.substr(at, line.text.find_first_of(kBlanks, at) - at);
+  const size_t begin = std::min(line.text.find_first_not_of("#;/ \t"), line.text.size());
+  if (wordAt(line.text, begin) != kSilencer) return;
+  const size_t at = afterBlanks(line.text, line.text.find_first_of(kBlanks, begin));
+  const std::string name = wordAt(line.text, at);
   const std::optional<Rule> rule = ruleCalled(name);
   if (rule == Rule::NoBlock) return file.add(Rule::UnknownRule, line, at, kAlwaysTold);
   if (rule.has_value()) return file.findings.silence(*rule, file.file.path, line.number + 1);
-  const std::string list = name.empty() ? ": name a rule of those that lint --help lists"
-                                        : ": lint --help lists the rules";
   file.add(Rule::UnknownRule, line, at,
            "there is no rule '" + shortened(name) + "', so this comment silences nothing" +
-               suggestion(name, ruleNames(), list));
+               suggestion(name, ruleNames(), ": lint --help lists the rules"));
 }
 
 void checkUnassigned(const CheckedFile& file, const TracedLine& line) {
   const size_t at = afterBlanks(line.text, 0);
   if (at == line.text.size()) return;
-  const size_t end = line.text.find_first_of(std::string(kBlanks) + ":", at);
-  const std::string word = line.text.substr(at, end - at);
+  const std::string word = wordAt(line.text, at, std::string(kBlanks) + ":");
   file.add(
       Rule::NoEqual, line, at,
       "this is neither an assignment nor a comment, so the line sets nothing: write KEY=VALUE, "

@@ -41,31 +41,6 @@ size_t secondPlaceholderIn(const std::string& entry) {
   return second == entry.npos ? second : first + 1 + second;
 }
 
-std::string carriageReturnAdvice(const std::string& /*entry*/, size_t /*at*/) {
-  return "the carriage return is part of the path: end all lines with a line feed alone";
-}
-
-std::string secondPlaceholderAdvice(const std::string& /*entry*/, size_t /*at*/) {
-  return "only the first <country> is replaced, this one is part of the path: write it once";
-}
-
-std::string commentAdvice(const std::string& entry, size_t at) {
-  return std::string("path files have no comments, so the whole line is a path: remove the ") +
-         (at == afterBlanks(entry, 0) ? "line" : "comment");
-}
-
-std::string blankAdvice(const std::string& entry, size_t /*at*/) {
-  return entry.empty() ? "an empty line is a path too: remove the line"
-                       : "the blank is part of the path: remove it";
-}
-
-std::string placeholderAdvice(const std::string& entry, size_t at) {
-  const size_t close = entry.find_first_of(">}", at);
-  const size_t end = close == entry.npos ? entry.find_first_of("/.", at) : close + 1;
-  return "'" + entry.substr(at, end - at) +
-         "' is no placeholder but part of the path: write <country>";
-}
-
 // Why an entry names no file, where its text explains it: the first row that has a place in it.
 struct Reason {
   Rule rule;
@@ -74,11 +49,31 @@ struct Reason {
 };
 
 constexpr Reason kReasons[] = {
-    {Rule::PathCr, carriageReturnIn, carriageReturnAdvice},
-    {Rule::PathComment, commentIn, commentAdvice},
-    {Rule::PathBlank, blankAroundIn, blankAdvice},
-    {Rule::Placeholder, placeholderLikeIn, placeholderAdvice},
-    {Rule::PlaceholderTwice, secondPlaceholderIn, secondPlaceholderAdvice},
+    {Rule::PathCr, carriageReturnIn,
+     [](const std::string&, size_t) -> std::string {
+       return "the carriage return is part of the path: end all lines with a line feed alone";
+     }},
+    {Rule::PathComment, commentIn,
+     [](const std::string& entry, size_t at) {
+       return std::string("path files have no comments, so the whole line is a path: remove the ") +
+              (at == afterBlanks(entry, 0) ? "line" : "comment");
+     }},
+    {Rule::PathBlank, blankAroundIn,
+     [](const std::string& entry, size_t) -> std::string {
+       return entry.empty() ? "an empty line is a path too: remove the line"
+                            : "the blank is part of the path: remove it";
+     }},
+    {Rule::Placeholder, placeholderLikeIn,
+     [](const std::string& entry, size_t at) {
+       const size_t close = entry.find_first_of(">}", at);
+       const size_t end = close == entry.npos ? entry.find_first_of("/.", at) : close + 1;
+       return "'" + entry.substr(at, end - at) +
+              "' is no placeholder but part of the path: write <country>";
+     }},
+    {Rule::PlaceholderTwice, secondPlaceholderIn,
+     [](const std::string&, size_t) -> std::string {
+       return "only the first <country> is replaced, this one is part of the path: write it once";
+     }},
 };
 
 // A path that gives no text: by FileKind, what is told of it.
