@@ -6,14 +6,15 @@
 Exit status: 0 when library and command reach the shares below, 1 otherwise.
 """
 
+import functools
 import json
 import os
 import sys
 
 # Folders, and the least share of lines, outcomes and conditions in percent.
 PARTS = {
-    "library": (("grammar", "schema", "output", "loader"), (100, 100, 100)),
-    "command": (("tools",), (100, 98, 95)),
+    "library": (("grammar/", "schema/", "output/", "loader/"), (100, 100, 100)),
+    "command": (("tools/",), (100, 98, 95)),
 }
 
 # Conditions that cannot have one of their outcomes: file, line of code, which of its conditions.
@@ -23,82 +24,70 @@ EXPLAINED = {
 }
 
 
-def path_below(folders, path):
-    """The path from the project's root, or None when the file is in none of the folders."""
-    relative = os.path.relpath(path, os.getcwd())
-    return relative if relative.split(os.sep)[0] in folders else None
-
-
-def code_at(path, line):
+@functools.cache
+def code_of(path):
     with open(path, encoding="utf-8") as source:
-        return source.readlines()[line - 1].strip()
+        return ["", *map(str.strip, source)]
 
 
-def compile_time_lines(functions, folders):
+def compile_time_lines(functions):
     """Places of the constexpr functions that the compiler alone executes."""
     for function in functions:
-        path = path_below(folders, function["filenames"][0])
+        path = os.path.relpath(function["filenames"][0])
         first, _, last = function["regions"][0][:3]
-        if path and function["count"] == 0 and code_at(path, first).startswith("constexpr "):
+        if function["count"] == 0 and code_of(path)[first].startswith("constexpr "):
             yield from (f"{path}:{line}" for line in range(first, last + 1))
 
 
-def lines(lcov, functions, folders):
+def lines(lcov, functions):
     """Place and execution of every line of code."""
-    path = None
-    skipped = set(compile_time_lines(functions, folders))
+    skipped = set(compile_time_lines(functions))
     for record in lcov:
         name, _, value = record.strip().partition(":")
         if name == "SF":
-            path = path_below(folders, value)
-        elif name == "DA" and path:
+            path = os.path.relpath(value)
+        elif name == "DA":
             line, count = value.split(",")[:2]
             if f"{path}:{line}" not in skipped:
                 yield f"{path}:{line}", int(count) > 0
 
 
-def outcomes(files, folders):
+def outcomes(files):
     """Place and execution of every outcome of a condition."""
     for file in files:
-        path = path_below(folders, file["filename"])
-        for line, column, _, _, true, false, *_ in file["branches"] if path else []:
-            yield f"{path}:{line}:{column} is true", true > 0
-            yield f"{path}:{line}:{column} is false", false > 0
+        for line, column, _, _, true, false, *_ in file["branches"]:
+            place = f"{os.path.relpath(file['filename'])}:{line}:{column}"
+            yield from ((f"{place} is true", true > 0), (f"{place} is false", false > 0))
 
 
-def conditions(files, folders):
+def conditions(files):
     """Place of every condition of a decision, and whether it was shown to decide alone."""
     for file in files:
-        path = path_below(folders, file["filename"])
-        for record in file.get("mcdc_records", []) if path else []:
+        path = os.path.relpath(file["filename"])
+        for line, column, *record in file.get("mcdc_records", []):
             alone = next(part for part in record if isinstance(part, list))
             for number, shown in enumerate(alone, start=1):
-                if (path, code_at(path, record[0]), number) not in EXPLAINED:
-                    yield f"{path}:{record[0]}:{record[1]} condition {number}", shown
-
-
-def together(places):
-    """The copies of a template count as one."""
-    merged = {}
-    for place, done in places:
-        merged[place] = merged.get(place, False) or done
-    return merged
+                if (path, code_of(path)[line], number) not in EXPLAINED:
+                    yield f"{path}:{line}:{column} condition {number}", shown
 
 
 def main():
-    with open(sys.argv[1], encoding="utf-8") as file:
-        lcov = list(file)
     with open(sys.argv[2], encoding="utf-8") as file:
         counts = json.load(file)["data"][0]
+    with open(sys.argv[1], encoding="utf-8") as lcov:
+        kinds = {
+            "lines executed": list(lines(lcov, counts["functions"])),
+            "outcomes of conditions seen": list(outcomes(counts["files"])),
+            "conditions shown to decide alone": list(conditions(counts["files"])),
+        }
     complete = True
-    for part, (folders, least) in PARTS.items():
-        kinds = (
-            ("lines executed", lines(lcov, counts["functions"], folders)),
-            ("outcomes of conditions seen", outcomes(counts["files"], folders)),
-            ("conditions shown to decide alone", conditions(counts["files"], folders)),
-        )
-        for (what, places), share in zip(kinds, least):
-            places = together(places)
+    for part, (folders, shares) in PARTS.items():
+        for (what, found), share in zip(kinds.items(), shares):
+            # The copies of a template count as one.
+            places = {}
+            for place, done in found:
+                if place.startswith(folders):
+                    places[place] = places.get(place, False) or done
             left = [place for place, done in places.items() if not done]
             done = len(places) - len(left)
             print(f"{part}: {done} of {len(places)} {what} ({share} % asked)")
