@@ -2,6 +2,8 @@
 #include "loader/lib.h"
 
 #include <gtest/gtest.h>
+#include <sys/inotify.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <stdexcept>
@@ -9,7 +11,6 @@
 #include "tests/kit/calibrations.h"
 #include "tests/kit/doubles.h"
 #include "tests/kit/guarded_load.h"
-#include "tests/kit/opened_files.h"
 #include "tests/kit/temporary_tree.h"
 
 // tests/scenarios hold whole loads; here is what they cannot show.
@@ -61,6 +62,30 @@ TEST_F(BuildPaths, EveryCallReadsThePropertyAndReturnsACopy) {
   EXPECT_EQ(second[4], "./calib_paths");
   EXPECT_EQ(takePropertyReads(), (Names{kPathsProperty, kPathsProperty}));
 }
+
+// Watches a file, or the files that a directory itself holds, for being opened.
+class OpenedFiles {
+ public:
+  explicit OpenedFiles(const std::string& path) : watch_(inotify_init1(IN_NONBLOCK | IN_CLOEXEC)) {
+    if (inotify_add_watch(watch_, path.c_str(), IN_OPEN) < 0) {
+      throw std::runtime_error("cannot watch " + path);
+    }
+  }
+  ~OpenedFiles() { close(watch_); }
+  OpenedFiles(const OpenedFiles&) = delete;
+  OpenedFiles& operator=(const OpenedFiles&) = delete;
+
+  // True when any was opened since the last call.
+  bool any() const {
+    alignas(inotify_event) char event[4096];
+    bool opened = false;
+    while (read(watch_, event, sizeof(event)) > 0) opened = true;
+    return opened;
+  }
+
+ private:
+  const int watch_;
+};
 
 class LoadTest : public LibTest {
  protected:

@@ -9,15 +9,14 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <limits>
 #include <stdexcept>
 #include <thread>
 #include <vector>
 
 #include "loader/calib_reader.h"
+#include "tests/faults/process_state.h"
 #include "tests/kit/allocations.h"
 #include "tests/kit/doubles.h"
 #include "tests/kit/temporary_tree.h"
@@ -71,22 +70,17 @@ std::string textOfSize(size_t size) {
   return text;
 }
 
-auto openFiles() {
-  const std::filesystem::directory_iterator files("/proc/self/fd");
-  return std::distance(begin(files), end(files));
-}
-
 class TextFile : public testing::Test {
  protected:
   ~TextFile() override {
-    EXPECT_EQ(openFiles(), open_before);
+    EXPECT_EQ(openDescriptors(), open_before);
     EXPECT_TRUE(readings.empty());
     readings.clear();
     told_size.reset();
   }
 
   TemporaryTree tree;
-  const std::ptrdiff_t open_before = openFiles();
+  const size_t open_before = openDescriptors();
 };
 
 TEST_F(TextFile, TextsOfEverySizeAreRead) {
