@@ -627,6 +627,11 @@ class DeviceLog(CommandTest):
         later = self.FORMATS["threadtime"].format(p="E", m="Cannot start the controller", s=0)
         self.assertEqual(self.explain(log + later + "\n").stdout, self.explain(log).stdout)
 
+    def test_only_colours_are_taken_out_of_a_line(self):
+        self.log[-1] += "\x1b[31m\x1b[2J\x1b[0"
+        self.assertIn("\n- Calibration is invalid, aborting\\x1b[2J\\x1b[0\n",
+                      self.explain("\n".join(self.log)).stdout.decode())
+
     def test_any_bytes(self):
         words = [line.encode() for line in self.log] + [
             b"\n", b"\n\n", b"\r", b"\0", b"\xff", b" ", b"I ", b"I/", b"[ ", b" ]", b"12:34", b": ",
