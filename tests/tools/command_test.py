@@ -10,6 +10,7 @@ import subprocess
 import sys
 import tempfile
 import termios
+import threading
 import unittest
 from pathlib import Path
 
@@ -131,6 +132,16 @@ class Build(CommandTest):
     def test_log_of_the_device_goes_to_standard_error(self):
         self.golden("build_log", run("build", "--root", EXAMPLES, "--country", "US").stderr)
         self.assertEqual(run("build", "-q", "--root", EXAMPLES).stderr, b"")
+
+    def test_a_pipe_is_read_once(self):
+        self.example({})
+        pipe = self.folder / "vendor/etc/uwb/us/calib.conf"
+        text = pipe.read_bytes()
+        pipe.unlink()
+        os.mkfifo(pipe)
+        threading.Thread(target=pipe.write_bytes, args=(text,), daemon=True).start()
+        result = run("build", "--root", self.folder, "--country", "US", timeout=60)
+        self.assertEqual(result.stdout, self.block())
 
     def test_c_array_compiles_to_the_block(self):
         source = self.folder / "block.c"

@@ -26,6 +26,8 @@ Outcome build(const Options& options, const Paint& /*paint*/) {
     if (!options.quiet || (failed && line.priority == 'E')) show(line);
   }
   if (failed) return {kFindings, std::nullopt, "no valid calibration: the log says why"};
+  // A pipe has been read: it has no second text.
+  const OpenRedirect redirect(tree.root(), OpenRedirect::Opens::NoSpecialFiles);
   const std::string usual = options.to_terminal ? "dump" : "binary";
   return {kGood,
           formatted(block, options.format.empty() ? usual : options.format),
