@@ -552,7 +552,7 @@ class DeviceLog(CommandTest):
         for form in self.FORMATS:
             shown = self.explain(self.logcat(form)).stdout.decode()
             self.assertEqual(shown.splitlines()[1:], expected.stdout.decode().splitlines()[1:], form)
-        raw = "\n".join(line[2:] for line in self.log)
+        raw = "\n\n".join(line[2:] for line in self.log)
         self.assertEqual(self.explain(raw).stdout, expected.stdout)
 
     def test_json(self):
@@ -662,6 +662,9 @@ class DeviceLog(CommandTest):
         self.assertTrue(shown.endswith(
             b"\nthe log ends before the load does; the loads differ from line 49 of the log on\n"
             b"- (nothing more)\n+ Calibration is invalid, aborting\n"), shown)
+        self.example({"uwb/us/calib.conf": "edge.port=08\n"})
+        shown = self.explain("\n".join(self.log[:5])).stdout
+        self.assertIn(b"\nthe log ends before the load does; ", shown)
 
     def test_a_number_that_the_device_alone_refuses(self):
         """The log is that of the device, whose C++ library refuses 08."""

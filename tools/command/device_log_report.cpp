@@ -167,8 +167,8 @@ std::string asText(const Json::Value& report, const Paint& paint) {
   const std::string log = shown(difference["log"]);
   const std::string tree = shown(difference["tree"]);
   std::string reason = "the tree is not the device's";
-  if (log.empty()) reason = "the log ends before the load does";
   if (!refused.empty()) reason = "the device cannot read numbers that are read here";
+  if (log.empty()) reason = "the log ends before the load does";
   out +=
       reason + "; the loads differ from line " + shown(difference["log_line"]) + " of the log on\n";
   for (const Json::Value& line : refused) out += "    " + lineText(line) + "\n";

@@ -113,7 +113,8 @@ LoggedLoad lastLoadIn(const std::string& log) {
   std::vector<std::string> path_files;
   for (size_t i = first; i < lines.size(); ++i) {
     const std::optional<LogLine> message = prefix.read(lines[i]);
-    if (!message.has_value()) continue;
+    // An empty line of the raw format is no message.
+    if (!message.has_value() || message->text.empty()) continue;
     load.lines.push_back({i + 1, *message});
     const std::string& text = message->text;
     if (StartsWith(text, country)) load.country = text.substr(country.size());
