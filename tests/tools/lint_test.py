@@ -514,6 +514,10 @@ class Trees(CommandTest):
     def test_keys_of_the_other_channel(self):
         self.edit(self.uwb / "common.conf", "edge.ch9", "patch.ch9")
         self.is_golden("other_channel")
+        self.edit(self.uwb / "common.conf", "patch.ch9.prf64.ant",
+                  "# lint-ignore unknown-key\npatch.ch9.prf64.ant")
+        self.assertIn(b"common.conf:16:1: error: an antenna's lines for the other one's channel",
+                      self.lint())
 
     def test_keys_in_capitals_or_without_a_part(self):
         for old, new in (("patch.port", "PATCH.port"), ("edge.port", "port"),

@@ -6,8 +6,10 @@ Findings::Id Findings::add(Finding finding) {
   // Only the first cause is shown: what follows from a consequence follows from that.
   if (cause.has_value() && findings_[*cause].cause.has_value()) cause = findings_[*cause].cause;
   const Place& place = finding.place;
-  const size_t line = finding.once ? 0 : place.line;
-  const size_t column = finding.once ? 0 : place.column;
+  // A comment speaks of its line alone.
+  const bool once = finding.once && !isSilenced(finding);
+  const size_t line = once ? 0 : place.line;
+  const size_t column = once ? 0 : place.column;
   const auto [at, is_new] = ids_.try_emplace(
       {place.path, line, column, finding.rule, finding.message, cause}, findings_.size());
   const Id id = at->second;
