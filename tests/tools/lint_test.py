@@ -574,6 +574,13 @@ class Trees(CommandTest):
     def test_misspelt_name_of_an_antenna(self):
         self.edit(self.uwb / "common.conf", "selection=patch", "selection=pacth")
         self.is_golden("antenna_misspelt")
+        # An antenna that has lines is no misspelt one, read or not.
+        for name in ("de/calib.conf", "default/calib.conf"):
+            self.write(name, "version=2\n")
+        for old, new in (("selection=pacth", "selection=patch"), ("gpio=6", "gpio=600\npacth.port=1"),
+                         ("\npatch.", "\npatch .")):
+            self.edit(self.uwb / "common.conf", old, new)
+            self.assertNotIn(b"no line has a key of antenna", self.lint())
 
     def test_antenna_with_an_equal_sign(self):
         for path in (self.uwb / "common.conf", *self.uwb.glob("*/calib.conf")):

@@ -76,6 +76,8 @@ Place placeIn(const std::string& path, const Line& line, size_t at = 0) {
 // Where the first character from `at` on stands that is no blank; the text's size if there is none.
 size_t afterBlanks(const std::string& text, size_t at);
 
+std::string withoutBlanks(std::string text);
+
 // Whether a comment begins at the first character of `text` that is no blank.
 bool beginsComment(const std::string& text);
 

@@ -12,12 +12,6 @@ namespace {
 
 constexpr char kSilencer[] = "lint-ignore";
 
-std::string withoutBlanks(std::string text) {
-  text.erase(std::remove_if(text.begin(), text.end(), [](uint8_t c) { return std::isspace(c); }),
-             text.end());
-  return text;
-}
-
 bool isCommentMark(const std::string& text) {
   std::istringstream input(text + "=");
   Line line;
@@ -118,6 +112,12 @@ void checkLines(const CheckedFile& file) {
       checkUnassigned(file, line);
     }
   }
+}
+
+std::string withoutBlanks(std::string text) {
+  text.erase(std::remove_if(text.begin(), text.end(), [](uint8_t c) { return std::isspace(c); }),
+             text.end());
+  return text;
 }
 
 bool beginsComment(const std::string& text) {

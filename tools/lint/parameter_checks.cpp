@@ -74,13 +74,17 @@ std::optional<Findings::Id> checkMissing(const LoadTrace& trace, size_t load, Fi
   return last;
 }
 
-std::vector<std::string> beginningsOfUnknownKeys(const LoadTrace& trace) {
-  std::vector<std::string> beginnings;
+// The antenna that unknown keys seem to have in place of this one; empty where a line has this one,
+// read or not.
+std::string antennaMeantBy(const std::string& name, const LoadTrace& trace) {
+  std::vector<std::string> others;
+  bool is_used = false;
   trace.forEachLine([&](const LineRef&, const TracedLine& line) {
-    if (line.effect.kind == LineEffect::Kind::Dropped)
-      beginnings.push_back(line.text.substr(0, line.text.find('.')));
+    is_used = is_used || StartsWith(withoutBlanks(line.text), name + ".");
+    if (!is_used && line.effect.kind == LineEffect::Kind::Dropped)
+      others.push_back(line.text.substr(0, line.text.find('.')));
   });
-  return beginnings;
+  return is_used ? "" : nearestOf(name, others);
 }
 
 }  // namespace
@@ -92,13 +96,10 @@ antenna_selection checkSelection(const LoadTrace& trace, Findings& findings) {
   for (std::string* const name : {&meant.ch5, &meant.ch9}) {
     const LineRef& ref = (selection++)->settings.back();
     std::vector<std::string> keys;
-    bool is_used = false;
     for (const TracedParameter& parameter : trace.parameters) {
-      if (!StartsWith(parameter.key, *name + ".")) continue;
-      keys.push_back(parameter.key);
-      is_used = is_used || !parameter.settings.empty();
+      if (StartsWith(parameter.key, *name + ".")) keys.push_back(parameter.key);
     }
-    const std::string nearest = is_used ? "" : nearestOf(*name, beginningsOfUnknownKeys(trace));
+    const std::string nearest = antennaMeantBy(*name, trace);
     if (nearest.empty()) continue;
     findings.add({Rule::MissingKey, placeOf(trace, ref, trace.valueIn(trace.at(ref))),
                   "no line has a key of antenna '" + *name + "'; did you mean '" + nearest + "'?",
