@@ -753,6 +753,8 @@ class Trees(CommandTest):
     def test_bytes_that_are_no_text(self):
         for text, told in (
                 (b"# \x1b", "1:3: warning: the control character 0x1B is no text: remove it ("),
+                (b"\0# ", "1:1: warning: the control character 0x00 is no text: remove it ("),
+                (b"#\0\r", "1:2: warning: the control character 0x00 is no text: remove it ("),
                 (b"\n\x7f\xff", "2:1: warning: the control character 0x7F is no text: remove it; "
                                  "the file has 1 more that are no text ("),
                 (b"#\t\xc3\xa9 \xc3", "1:6: warning: the byte 0xC3 is not UTF-8: save the file as "
@@ -766,12 +768,13 @@ class Trees(CommandTest):
         for path in (self.uwb / "common.conf", paths):
             text = path.read_text()
             utf16 = "the file is UTF-16: save it as UTF-8"
+            returns = "a carriage return alone ends no line: save the file with line feeds"
             for content, message in (
                     (b"\xff\xfe" + text.encode("utf-16-le"), utf16),
                     (b"\xfe\xff" + text.encode("utf-16-be"), utf16),
                     (text.encode("utf-16-le"), utf16), (text.encode("utf-16-be"), utf16),
-                    (text.replace("\n", "\r").encode(),
-                     "a carriage return alone ends no line: save the file with line feeds")):
+                    (text.replace("\n", "\r").encode(), returns),
+                    (text.replace("\n", "\r").encode() + b"\n", returns)):
                 with self.subTest(path=path, message=message):
                     path.write_bytes(content)
                     (found,) = json.loads(self.lint("-q", "--format", "json"))["findings"]

@@ -39,12 +39,14 @@ void checkBytes(const std::string& path, const std::string& content, Findings& f
 // Why the file has no lines that can be read; null when it has.
 const char* whyNoLines(const std::string& content) {
   const bool has_mark = StartsWith(content, "\xFF\xFE") || StartsWith(content, "\xFE\xFF");
-  if (has_mark || (content.size() > 1 && (content[0] == '\0') != (content[1] == '\0')))
+  // Every other byte is zero, but in characters of other scripts.
+  const auto zeros = static_cast<size_t>(std::count(content.begin(), content.end(), '\0'));
+  if (has_mark || (zeros > content.size() / 3 && (content[0] == '\0') != (content[1] == '\0')))
     return "the file is UTF-16: save it as UTF-8";
-  const bool is_one_line =
-      content.find('\n') == content.npos && content.find('\r') < content.size() - 1;
-  return is_one_line ? "a carriage return alone ends no line: save the file with line feeds"
-                     : nullptr;
+  const std::string text = content.substr(0, content.find_last_not_of("\r\n") + 1);
+  return text.find('\n') == text.npos && text.find('\r') != text.npos
+             ? "a carriage return alone ends no line: save the file with line feeds"
+             : nullptr;
 }
 
 }  // namespace
