@@ -90,7 +90,7 @@ class Matrix(CompareTest):
         self.copy()
         for country in ("us", "de"):
             file = self.tree / "vendor/etc/uwb" / country / "calib.conf"
-            file.write_text("xtal_trim=08\n" + file.read_text())
+            file.write_text("xtal_trim=08\nversion=09\n" + file.read_text())
         de, us = (f"/vendor/etc/uwb/{country}/calib.conf:1" for country in ("de", "us"))
         told = "tarnix-uwb-params: the device does otherwise: it cannot read the numbers at "
         for command, places in ((["matrix", "--root", "tree"], f"{de}, {us}"),

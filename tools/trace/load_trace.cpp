@@ -199,7 +199,8 @@ std::vector<LineRef> LoadTrace::refusedByDevice() const {
   std::vector<LineRef> refs;
   forEachLine([&](const LineRef& ref, const TracedLine& line) {
     const bool sets = !line.lost && line.effect.kind == LineEffect::Kind::Sets;
-    const bool is_number = sets && parameterOf(line).facts != nullptr;
+    const bool is_read = refs.empty() || refs.back().file != ref.file;
+    const bool is_number = is_read && sets && parameterOf(line).facts != nullptr;
     const bool refuses = is_number && !spellingOf(line.text.substr(valueIn(line))).readAlike();
     if (refuses) refs.push_back(ref);
   });
