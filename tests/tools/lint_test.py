@@ -527,6 +527,7 @@ class Trees(CommandTest):
                          ("patch.ch5.prf64.pg_delay", "ch5.patch.prf64.pg_delay"),
                          ("ap_coop_mode", "ap.coop.mode"), ("alternate", "export alternate"),
                          ("temperature_reference=", "temperature_reference: "),
+                         ("edge.selector_gpio_value", "edge.selector_gpio_vlaue"),
                          ("version", "versoin")):
             self.edit(self.uwb / "common.conf", old, new)
         self.is_golden("key_parts")

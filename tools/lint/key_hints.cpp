@@ -48,13 +48,15 @@ size_t KeyHints::partDistance(const std::string& part, const std::string& existi
   return distance > limit ? kFar : distance;
 }
 
-// The key may lack some of the words, or have more, in any order; or some parts are misspelt.
+// The key may lack some of the words, or have more, in any order; or some parts are misspelt. A
+// word too many counts with its characters, as it may be one of another key, misspelt.
 size_t KeyHints::distanceOf(const Key& key, const Key& existing) const {
-  const auto& [shorter, longer] =
-      std::minmax(key.words, existing.words,
-                  [](const Parts& a, const Parts& b) { return a.size() < b.size(); });
-  if (std::includes(longer.begin(), longer.end(), shorter.begin(), shorter.end()))
-    return longer.size() - shorter.size();
+  const auto has_all = [](const Parts& some, const Parts& words) {
+    return std::includes(some.begin(), some.end(), words.begin(), words.end());
+  };
+  if (has_all(existing.words, key.words)) return existing.words.size() - key.words.size();
+  if (has_all(key.words, existing.words))
+    return Join(key.words, ".").size() - Join(existing.words, ".").size();
   if (key.parts.size() != existing.parts.size()) return kFar;
   size_t sum = 0;
   for (size_t i = 0; i < key.parts.size(); ++i) {
