@@ -755,6 +755,8 @@ class Trees(CommandTest):
         for text, told in (
                 (b"# \x1b", "1:3: warning: the control character 0x1B is no text: remove it ("),
                 (b"\0# ", "1:1: warning: the control character 0x00 is no text: remove it ("),
+                (b"\0" * 40, "1:1: warning: the control character 0x00 is no text: remove it; the file "
+                             "has 39 more that are no text ("),
                 (b"#\0\r", "1:2: warning: the control character 0x00 is no text: remove it ("),
                 (b"\n\x7f\xff", "2:1: warning: the control character 0x7F is no text: remove it; "
                                  "the file has 1 more that are no text ("),
