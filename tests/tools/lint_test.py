@@ -743,6 +743,12 @@ class Trees(CommandTest):
                                 "wifi_coex_time_gap=12dB\nversion=70000\n")
         self.is_golden("lost_lines")
 
+    def test_what_follows_a_number_that_the_device_alone_refuses_is_lost(self):
+        for text, outcome in (("xtal_trim=40\nversion=08\n", b": each gives a block; 1 error"),
+                              ("version=08\nxtal_trim=40\n", b": 3 without a block; 1 error")):
+            self.write("more.conf", text)
+            self.assertIn(outcome, self.lint())
+
     def test_lines_are_lost_for_one_of_the_two_readings(self):
         self.write("more.conf", "xtal_trim=444\nch5.antenna_selection=\nversion=1\n"
                                 "ch9.antenna_selection=edge\n")
