@@ -108,8 +108,10 @@ struct LineValue {
     const bool octal = decimal != decimalOf(spelling.number);
     const std::string hexadecimal = "0x" + withoutSign(spelling.gathered);
     // 1e2 and 0b1 are no number with its unit.
-    const bool is_other =
-        spelling.gathered.find_first_of(kDigits, spelling.number.size()) != std::string::npos;
+    const bool has_unit =
+        spelling.gathered.find_first_of(kDigits, spelling.number.size()) == std::string::npos;
+    const std::string plain =
+        has_unit ? shortened(withoutSign(spelling.number)) : "a decimal number";
     const bool fits =
         spellingOf(hexadecimal).readAlike() && feed(hexadecimal).kind == LineEffect::Kind::Sets;
     std::vector<std::string> keys = keysLostAfter(file, line);
@@ -120,9 +122,7 @@ struct LineValue {
         "the device cannot read '" + shortened(spelling.gathered) + "'" +
             (octal ? " (a leading zero means octal)" : "") + " and ignores this line" + lost +
             ": write " + (octal || !fits ? "" : hexadecimal + " if hexadecimal is meant, or ") +
-            (octal      ? shortened(decimal)
-             : is_other ? "a decimal number"
-                        : shortened(withoutSign(spelling.number))),
+            (octal ? shortened(decimal) : plain),
         0, keys);
   }
 
@@ -146,8 +146,7 @@ struct LineValue {
     const std::string after = text.substr(std::min(value.size(), text.size()));
     const size_t blanks = afterBlanks(after, 0);
     if (blanks == after.size() || beginsComment(after)) return;
-    const bool in_groups = after.size() > 1 && std::string(",_'").find(after[0]) != after.npos &&
-                           std::isdigit(static_cast<uint8_t>(after[1])) != 0;
+    const bool in_groups = after.find_first_of(",_'") == 0 && after.find_first_of(kDigits) == 1;
     add(Rule::TextAfterValue,
         "'" + parameter.key + "' is " + shortened(read) + "; what follows is not read: " +
             (in_groups ? std::string("write the number without '") + after[0] + "'"
