@@ -510,6 +510,9 @@ class Trees(CommandTest):
         self.is_golden("path_file_mark")
         paths.write_text("")
         self.is_golden("path_file_empty")
+        paths.unlink()
+        self.assertIn(b"/etc/uwb_calib_paths.conf:1:1: error: no block: ",
+                      self.lint("--ignore", "path-file-missing"))
 
     def test_keys_of_the_other_channel(self):
         self.edit(self.uwb / "common.conf", "edge.ch9", "patch.ch9")
@@ -582,6 +585,12 @@ class Trees(CommandTest):
                          ("\npatch.", "\npatch .")):
             self.edit(self.uwb / "common.conf", old, new)
             self.assertNotIn(b"no line has a key of antenna", self.lint())
+
+    def test_antennas_whose_names_are_alike(self):
+        for path in (self.uwb / "common.conf", *self.uwb.glob("*/calib.conf")):
+            path.write_text(path.read_text().replace("patch", "edgy"))
+        self.edit(self.uwb / "common.conf", "edge.port", "edge.prt")
+        self.assertIn(b"; did you mean 'edge.port'? (", self.lint())
 
     def test_antenna_with_an_equal_sign(self):
         for path in (self.uwb / "common.conf", *self.uwb.glob("*/calib.conf")):
