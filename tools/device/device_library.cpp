@@ -18,15 +18,12 @@ namespace {
 bool shown = false;
 LogCapture* capture = nullptr;
 
-void setProperty(const std::string& key, const std::string& value) {
-  if (!android::base::SetProperty(key, value)) throw std::runtime_error("cannot set " + key);
-}
-
 }  // namespace
 
 void setDeviceProperties(const std::string& country, const std::string& path_file) {
-  setProperty("vendor.uwb.calibration.country_code", country);
-  setProperty("ro.vendor.uwb.calibration.calibrationpaths", path_file);
+  // A host's properties take any value.
+  android::base::SetProperty("vendor.uwb.calibration.country_code", country);
+  android::base::SetProperty("ro.vendor.uwb.calibration.calibrationpaths", path_file);
 }
 
 DeviceLibrary::DeviceLibrary(const std::string& file) : load_(load_uwb_params_from_files) {
