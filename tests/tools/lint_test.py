@@ -327,7 +327,7 @@ class Trees(CommandTest):
                 ("zero # 0", "takes a whole number, 0 to 255, not 'zero'"),
                 ("", "takes a whole number, 0 to 255, but there is no value after '=' ("),
                 ("x" * 61, "takes a whole number, 0 to 255, not '" + "x" * 60 + "...'"),
-                ("9" * 61, "takes 0 to 255, not " + "9" * 60 + "... ("),
+                ("9" * 60, "takes 0 to 255, not " + "9" * 60 + " ("),
                 ("0x100", "takes 0 to 255, not 0x100")):
             with self.subTest(value):
                 self.write("more.conf", f"xtal_trim={value}\n")
