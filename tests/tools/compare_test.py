@@ -332,7 +332,7 @@ class Diff(CompareTest):
         """Not the lines after it, nor others that differ."""
         self.copy()
         common = self.tree / "vendor/etc/uwb/common.conf"
-        common.write_text(common.read_text() + "xtal_trim=400\n")
+        common.write_text(common.read_text() + "xtal_trim=400\nch5.antenna_selection=\n")
         shutil.copytree(self.tree, self.folder / "old")
         file = self.tree / "vendor/etc/uwb/us/calib.conf"
         file.write_text("edge.port=300\n" + file.read_text())
