@@ -693,6 +693,8 @@ class Trees(CommandTest):
             result = run("lint", *mapped, *more, cwd=self.folder)
             self.assertIn(b"france/calib.conf:1:1: error: ", result.stdout)
             self.assertIn(b": 3 loads (1 country, any", result.stderr)
+        shutil.rmtree(self.uwb)
+        self.assertIn(b": 3 loads (1 country, any", self.lint(*mapped))
 
     def test_severities_that_fail(self):
         self.edit(self.uwb / "more.conf", "40", "040")
@@ -750,7 +752,7 @@ class Trees(CommandTest):
         self.write("more.conf", "xtal_trim=444\nversion=010\nversion=-2\n"
                                 f"ap_coop_mode=2{' ' * 99}3{'4' * 99}\n"
                                 "wifi_coex_time_gap=12dB\nversion=70000\n")
-        self.is_golden("lost_lines")
+        self.is_golden("lost_lines", "--fail-on", "error")
 
     def test_what_follows_a_number_that_the_device_alone_refuses_is_lost(self):
         for text, outcome in (("xtal_trim=40\nversion=08\n", b": each gives a block; 1 error"),
