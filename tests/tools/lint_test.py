@@ -756,7 +756,8 @@ class Trees(CommandTest):
 
     def test_what_follows_a_number_that_the_device_alone_refuses_is_lost(self):
         for text, outcome in (("xtal_trim=40\nversion=08\n", b": each gives a block; 1 error"),
-                              ("version=08\nxtal_trim=40\n", b": 3 without a block; 1 error")):
+                              ("version=08\nxtal_trim=40\n", b": 3 without a block; 1 error"),
+                              ("version=08\n", b": no line sets 'xtal_trim': add a line ")):
             self.write("more.conf", text)
             self.assertIn(outcome, self.lint())
 
