@@ -574,6 +574,9 @@ class Trees(CommandTest):
         self.write("fr/calib.conf", "ch9.antenna_selection=top\ntop.port=1\n")
         self.write("default/calib.conf", self.POWERS + "top.port=3\n")
         self.is_golden("other_antenna")
+        # Alone, the load does not show that others have the antenna.
+        self.assertIn(b"the key 'edge.port', so the line sets nothing: select this antenna, or remove "
+                      b"the line if no country has it [", self.lint("--country", "fr"))
 
     def test_misspelt_name_of_an_antenna(self):
         self.edit(self.uwb / "common.conf", "selection=patch", "selection=pacth")

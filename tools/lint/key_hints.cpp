@@ -68,8 +68,14 @@ size_t KeyHints::distanceOf(const Key& key, const Key& existing) const {
 KeyHint KeyHints::hintFor(const std::string& key) const {
   if (KeyHint channel = otherChannel(key); !channel.keys.empty()) return channel;
   const std::vector<std::string> meant = nearestTo(key);
-  if (meant.empty() || meant.size() > 2) return {{}, ": correct it, or remove the line"};
-  return {meant, "; did you mean '" + Join(meant, "' or '") + "'?"};
+  if (!meant.empty() && meant.size() <= 2)
+    return {meant, "; did you mean '" + Join(meant, "' or '") + "'?"};
+  const std::string rest = key.substr(std::min(key.find('.'), key.size()));
+  const bool is_antennas =
+      keys_.count(selection_.ch5 + rest) + keys_.count(selection_.ch9 + rest) > 0;
+  return {{},
+          is_antennas ? ": select this antenna, or remove the line if no country has it"
+                      : ": correct it, or remove the line"};
 }
 
 // The key names an antenna, but the channel that the other one serves.
