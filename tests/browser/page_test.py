@@ -250,6 +250,8 @@ class AwkwardFiles(PageTest):
         power = "patch.ch5.prf64.tx_power=1\nedge.ch9.prf64.tx_power=404\n"
         (folder / "us/calib.conf").write_text(f"{cls.TEXT}\n<b>xtal_trm=3\n{power}")
         (folder / "fr/calib.conf").write_text("version=2\n")
+        (folder / "latam").mkdir()
+        (folder / "latam/calib.conf").write_text("")
         common = (folder / "common.conf").read_bytes()
         (folder / "common.conf").write_bytes(common + b"# \xff\nversion=2 ; " + b"y" * 5000 + b"\n")
 
@@ -261,6 +263,10 @@ class AwkwardFiles(PageTest):
             f"/vendor/etc/uwb/us/calib.conf:1: {self.TEXT}",
             "overrides /vendor/etc/uwb/common.conf:31: xtal_trim=40"])
         self.assertEqual(self.all("img, article b b, #detail b b"), [])
+
+    def test_tells_what_the_table_does_not(self):
+        self.assertEqual(self.one("#remark").text,
+                         "not taken for countries: latam (name them with --countries)")
 
     def test_loads_without_a_block_say_why(self):
         self.assertEqual(self.one("#without").text, "fr: parameters are missing: "

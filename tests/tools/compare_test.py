@@ -92,14 +92,17 @@ class Matrix(CompareTest):
             file = self.tree / "vendor/etc/uwb" / country / "calib.conf"
             file.write_text("xtal_trim=08\nversion=09\n" + file.read_text())
         de, us = (f"/vendor/etc/uwb/{country}/calib.conf:1" for country in ("de", "us"))
-        told = "tarnix-uwb-params: the device does otherwise: it cannot read the numbers at "
-        for command, places in ((["matrix", "--root", "tree"], f"{de}, {us}"),
-                                (["build", "-o", "block", "--root", "tree", "--country", "us"], us),
-                                (["diff", "tree", "tree"], f"{de}, {us}"),
-                                (["diff", "--country", "us", EXAMPLES, "tree"], us)):
+        told = "the device does otherwise: it cannot read the numbers at "
+        for command, remark in (
+                (["matrix", "--root", "tree"], f"{told}{de}, {us}"),
+                (["build", "-o", "block", "--root", "tree", "--country", "us"], told + us),
+                (["diff", "tree", "tree"], f"{told}{de}, {us}"),
+                (["diff", "--country", "us", EXAMPLES, "tree"], f"tree: {told}{us}"),
+                (["diff", "--country", "us", "tree", EXAMPLES], f"tree: {told}{us}")):
             with self.subTest(command=command):
                 result = run(*command, cwd=self.folder)
-                self.assertEqual(result.stderr.decode().splitlines()[-1], told + places)
+                self.assertEqual(result.stderr.decode().splitlines()[-1],
+                                 "tarnix-uwb-params: " + remark)
                 self.assertEqual(run(*command, "-q", cwd=self.folder).stderr, b"")
         shown = self.shown("explain", "--root", "tree", "--country", "us", "xtal_trim").decode()
         self.assertTrue(shown.endswith("\n\nThe device cannot read the number, and not what follows "
@@ -108,10 +111,11 @@ class Matrix(CompareTest):
     def test_names_that_are_not_taken_for_countries_are_told(self):
         self.copy()
         shutil.copytree(self.tree / "vendor/etc/uwb/us", self.tree / "vendor/etc/uwb/latam")
-        told = b"tarnix-uwb-params: not taken for countries: latam (name them with --countries)\n"
-        for command in (["matrix", "--root", "tree"], ["diff", EXAMPLES, "tree"]):
+        told = b"not taken for countries: latam (name them with --countries)\n"
+        for command, side in ((["matrix", "--root", "tree"], b""), (["diff", EXAMPLES, "tree"], b"tree: ")):
             result = run(*command, cwd=self.folder)
-            self.assertEqual((result.returncode, result.stderr), (0, told))
+            self.assertEqual((result.returncode, result.stderr),
+                             (0, b"tarnix-uwb-params: " + side + told))
         record = json.loads(run("matrix", "--root", "tree", "--format", "json", cwd=self.folder).stdout)
         self.assertEqual(record["not_taken_for_countries"], ["latam"])
         self.assertIn(b"latam", self.shown("matrix", "--root", "tree", "--countries", "latam,us"))

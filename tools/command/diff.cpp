@@ -158,11 +158,14 @@ class Plan {
 
   // What the changes do not tell, in one line.
   std::string remark() const {
-    std::vector<std::string> remarks = {remarkOn(a_.state), remarkOn(b_.state)};
+    std::vector<std::string> remarks;
+    const std::string of_a = remarkOn(a_.state);
+    const std::string of_b = remarkOn(b_.state);
+    const bool alike = of_a == of_b;
+    if (!of_a.empty()) remarks.push_back((alike ? "" : a_.name + ": ") + of_a);
+    if (!of_b.empty() && !alike) remarks.push_back(b_.name + ": " + of_b);
     if (!without_block_.empty())
       remarks.push_back("no block on either side: " + listOf(without_block_));
-    remarks.erase(std::remove(remarks.begin(), remarks.end(), ""), remarks.end());
-    remarks.erase(std::unique(remarks.begin(), remarks.end()), remarks.end());
     return Join(remarks, "; ");
   }
 

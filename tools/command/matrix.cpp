@@ -222,7 +222,7 @@ std::string formatted(const Json::Value& state, const Options& options, const Fi
   if (options.format == "json") return documentOf(state);
   if (options.format == "csv") return asCsv(state, fields);
   if (options.format == "html") {
-    return pageOf(options.root, state, lintJson(options, tree.root()));
+    return pageOf(options.root, remarkOn(state), state, lintJson(options, tree.root()));
   }
   return asText(state, options, fields, paint);
 }

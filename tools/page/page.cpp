@@ -90,6 +90,7 @@ article > * { color: var(--text); }
 <body>
 <h1>UWB calibration by country</h1>
 <p id="summary"></p>
+<p id="remark" class="error"></p>
 <noscript><p>This page draws its tables with JavaScript, which is switched off.</p></noscript>
 <p class="screen"><label>Find a country: <input id="search" type="search" autocomplete="off"
   placeholder="us"></label> <output id="found" for="search"></output></p>
@@ -111,7 +112,7 @@ constexpr char kTail[] = R"page(</script>
 <script>
 'use strict';
 const byId = id => document.getElementById(id);
-const {name, state: {lines, blocks, countries}, lint} = JSON.parse(byId('data').textContent);
+const {name, remark, state: {lines, blocks, countries}, lint} = JSON.parse(byId('data').textContent);
 // The block that the others are compared with is the first.
 blocks.sort((a, b) => b.is_default - a.is_default);
 const usual = blocks[0];
@@ -323,6 +324,7 @@ function search() {
 byId('summary').textContent = `${name && name + ': '}${counted(countries.length, 'load')}, ` +
   `${counted(blocks.length, 'different block')}, ${lint.without_block} without a block; ` +
   `lint: ${counted(lint.findings.length, 'finding')}`;
+byId('remark').textContent = remark;
 if (usual) {
   if (!usual.is_default) byId('compared').textContent = "that of the first column";
   drawValues();
@@ -342,9 +344,11 @@ document.addEventListener('keydown', event => event.key === 'Escape' && hide());
 
 }  // namespace
 
-std::string pageOf(const std::string& name, Json::Value state, Json::Value lint) {
+std::string pageOf(const std::string& name, const std::string& remark, Json::Value state,
+                   Json::Value lint) {
   Json::Value data;
   data["name"] = name;
+  data["remark"] = remark;
   data["state"] = std::move(state);
   data["lint"] = std::move(lint);
   std::string page = kHead;
