@@ -310,7 +310,9 @@ class Trees(CommandTest):
                 ("1F", "cannot read '1F' and ignores this line: write 0x1F if hexadecimal is meant, "
                        "or 1 ("),
                 ("0b1", ": write 0x0b1 if hexadecimal is meant, or a decimal number ("),
-                ("2,5", "is 2; what follows is not read: write the number without ',' ("),
+                ("2,500", "is 2; what follows is not read: write the number without ',' ("),
+                ("2,5", "is 2; what follows is not read: remove it, or begin it with '#' ("),
+                ("2,5000", "is 2; what follows is not read: remove it, or begin it with '#' ("),
                 ("2,x", "is 2; what follows is not read: remove it, or begin it with '#' ("),
                 ("2,", "is 2; what follows is not read: remove it, or begin it with '#' ("),
                 ("\u00a05", "takes a whole number, 0 to 255, not '\\xc2\\xa05' ("),

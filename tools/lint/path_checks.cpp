@@ -29,6 +29,10 @@ size_t blankAroundIn(const std::string& entry) {
   return end < entry.size() ? end : entry.npos;
 }
 
+size_t quoteIn(const std::string& entry) {
+  return entry.find_first_of("\"'") == 0 ? 0 : entry.npos;
+}
+
 size_t placeholderLikeIn(const std::string& entry) {
   const bool has_placeholder = CalibPath::findCountryCodeComponent(entry) != entry.npos;
   return has_placeholder ? entry.npos : entry.find_first_of("<>{}$%");
@@ -62,6 +66,10 @@ constexpr Reason kReasons[] = {
      [](const std::string& entry, size_t) -> std::string {
        return entry.empty() ? "an empty line is a path too: remove the line"
                             : "the blank is part of the path: remove it";
+     }},
+    {Rule::PathBlank, quoteIn,
+     [](const std::string&, size_t) -> std::string {
+       return "the quotes are part of the path: remove them";
      }},
     {Rule::Placeholder, placeholderLikeIn,
      [](const std::string& entry, size_t at) {

@@ -35,7 +35,7 @@ std::string wordFor(Severity severity);
   /* Path files and the files that they name. */                                                            \
   RULE(PathCr,              Warning, "path-cr",               "A carriage return is part of the path")      \
   RULE(PathComment,         Warning, "path-comment",          "Path files have no comments")                \
-  RULE(PathBlank,           Warning, "path-blank",            "Blanks are part of the path")                \
+  RULE(PathBlank,           Warning, "path-blank",            "Blanks and quotes are part of the path")     \
   RULE(Placeholder,         Warning, "placeholder",           "The path holds no placeholder, but seems to") \
   RULE(PlaceholderTwice,    Warning, "placeholder-twice",     "Only the first placeholder is replaced")     \
   RULE(CountryFallback,     Note,    "country-fallback",      "The default file is read for the country")   \

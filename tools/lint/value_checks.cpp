@@ -146,7 +146,8 @@ struct LineValue {
     const std::string after = text.substr(std::min(value.size(), text.size()));
     const size_t blanks = afterBlanks(after, 0);
     if (blanks == after.size() || beginsComment(after)) return;
-    const bool in_groups = after.find_first_of(",_'") == 0 && after.find_first_of(kDigits) == 1;
+    const size_t digits = std::min(after.find_first_not_of(kDigits, 1), after.size()) - 1;
+    const bool in_groups = after.find_first_of(",_'") == 0 && digits == 3;
     add(Rule::TextAfterValue,
         "'" + parameter.key + "' is " + shortened(read) + "; what follows is not read: " +
             (in_groups ? std::string("write the number without '") + after[0] + "'"
